@@ -1,0 +1,2 @@
+// skyrama: the viewer's entry point. The framework drives the star scene.
+int main() { return 0; }

@@ -1,0 +1,123 @@
+#!/usr/bin/env bash
+# One entry point for setting up, building, running and testing skyrama.
+#
+#   bash tools/skyrama.sh run    install what is missing, build, build the data tree and
+#                                play the default movie (headless: render it to frames)
+#   bash tools/skyrama.sh test   install what is missing, build twice (plain and with
+#                                AddressSanitizer + UndefinedBehaviorSanitizer), run every test
+#
+# Further commands: setup, build [plain|sanitize], data, unit [plain|sanitize].
+set -euo pipefail
+
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+jobs=$(nproc 2>/dev/null || echo 2)
+
+packages=(g++ cmake pkg-config freeglut3-dev libglu1-mesa-dev libgl1-mesa-dri zlib1g-dev
+          libimgui-dev libgtest-dev libgmock-dev libbenchmark-dev xvfb xauth xdotool x11-apps
+          netpbm mesa-utils libfreetype-dev gzip ca-certificates)
+
+say() { printf '[skyrama] %s\n' "$*" >&2; }
+
+setup() {
+    local missing=()
+    for p in "${packages[@]}"; do
+        dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed" || missing+=("$p")
+    done
+    if [ ${#missing[@]} -eq 0 ]; then
+        return 0
+    fi
+    say "installing: ${missing[*]}"
+    local sudo=""
+    [ "$(id -u)" -eq 0 ] || sudo=sudo
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends \
+        "${missing[@]}" >/dev/null
+}
+
+builddir() { [ "$1" = sanitize ] && echo "$top/build-sanitize" || echo "$top/build"; }
+
+build() {
+    local kind=${1:-plain} dir
+    dir=$(builddir "$kind")
+    local flags=(-DCMAKE_BUILD_TYPE=RelWithDebInfo)
+    [ "$kind" = sanitize ] && flags=(-DCMAKE_BUILD_TYPE=Debug -DSKYRAMA_SANITIZE=ON -DSKYRAMA_BENCH=OFF)
+    say "building ($kind) in $dir"
+    cmake -S "$top" -B "$dir" "${flags[@]}" >/dev/null
+    cmake --build "$dir" -j "$jobs"
+}
+
+data() {
+    local dir
+    dir=$(builddir plain)
+    if cmake --build "$dir" --target help 2>/dev/null | grep -q '\bdata\b'; then
+        cmake --build "$dir" --target data
+    fi
+}
+
+# Starts one private X server and prints its display name (":N").
+xserver_pid=""
+start_xvfb() {
+    local fifo
+    fifo=$(mktemp -u)
+    mkfifo "$fifo"
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$fifo" >/dev/null 2>&1 &
+    xserver_pid=$!
+    local n
+    read -r n <"$fifo"
+    rm -f "$fifo"
+    echo ":$n"
+}
+stop_xvfb() { [ -n "$xserver_pid" ] && kill "$xserver_pid" 2>/dev/null || true; }
+trap stop_xvfb EXIT
+
+unit() {
+    local kind=${1:-plain} dir display
+    dir=$(builddir "$kind")
+    export LSAN_OPTIONS="suppressions=$top/tests/lsan.supp:print_suppressions=0"
+    export ASAN_OPTIONS="detect_leaks=1:abort_on_error=0"
+    export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
+    say "tests without a display ($kind)"
+    (cd "$dir" && env -u DISPLAY ctest -L nodisplay --output-on-failure -j "$jobs")
+    display=$(start_xvfb)
+    say "tests with a window, on Xvfb $display ($kind)"
+    (cd "$dir" && DISPLAY=$display ctest -L '^display$' --output-on-failure)
+    stop_xvfb
+    xserver_pid=""
+}
+
+run() {
+    local script="$top/data/movies/tour.scp" stars="$top/data/stardata/nearby.star"
+    [ -f "$script" ] || script="$top/data/movies/demo.scp"
+    local args=("$script")
+    [ -f "$stars" ] && args+=("$stars")
+    export TOPDIR="$top"
+    if [ -z "${DISPLAY:-}" ]; then
+        local out="$top/frames"
+        mkdir -p "$out"
+        local display
+        display=$(start_xvfb)
+        say "no DISPLAY: rendering the movie headless on Xvfb $display"
+        local status=0
+        (cd "$top" && DISPLAY=$display "$(builddir plain)/skyrama" -dump "$out/frame" 0 "${args[@]}") || status=$?
+        # A finished movie dump ends the program with exit code 1.
+        if [ "$status" -ne 1 ]; then
+            say "the movie dump failed (exit code $status)"
+            exit 1
+        fi
+        say "frames written to $out/frame.NNNN.pnm ($(ls "$out" | wc -l) files)"
+    else
+        (cd "$top" && "$(builddir plain)/skyrama" "${args[@]}")
+    fi
+}
+
+cmd=${1:-run}
+shift || true
+case "$cmd" in
+    setup) setup ;;
+    build) setup; build "${1:-plain}" ;;
+    data) setup; build plain; data ;;
+    unit) unit "${1:-plain}" ;;
+    run) setup; build plain; data; run ;;
+    test) setup; build plain; data; unit plain; build sanitize; unit sanitize ;;
+    *) echo "usage: bash tools/skyrama.sh run|test|setup|build [plain|sanitize]|data|unit [plain|sanitize]" >&2; exit 2 ;;
+esac
