@@ -1,0 +1,49 @@
+#include "tests/support/gl_test_window.h"
+
+#include <GL/freeglut.h>
+
+#include <cstdlib>
+
+namespace testsupport {
+
+namespace {
+int window = 0;
+}
+
+bool openTestWindow(int width, int height) {
+    const char* display = std::getenv("DISPLAY");
+    if (display == nullptr || *display == '\0') return false;
+    if (window == 0) {
+        int argc = 1;
+        char name[] = "skyrama-test";
+        char* argv[] = {name, nullptr};
+        glutInit(&argc, argv);
+        glutInitDisplayMode(GLUT_DOUBLE | GLUT_RGBA | GLUT_DEPTH | GLUT_ACCUM);
+        glutInitWindowSize(width, height);
+        window = glutCreateWindow("skyrama test");
+        glutDisplayFunc([] {});
+    } else {
+        glutSetWindow(window);
+        glutReshapeWindow(width, height);
+    }
+    // Let the window appear and take its size before anything is drawn.
+    for (int i = 0; i < 5; ++i) glutMainLoopEvent();
+    glViewport(0, 0, width, height);
+    return true;
+}
+
+std::vector<unsigned char> readBackRGB(int width, int height) {
+    std::vector<unsigned char> rgb(static_cast<size_t>(width) * height * 3);
+    glFinish();
+    glReadBuffer(GL_BACK);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+    return rgb;
+}
+
+Rgb pixelAt(const std::vector<unsigned char>& rgb, int width, int x, int y) {
+    size_t i = (static_cast<size_t>(y) * width + x) * 3;
+    return {rgb[i], rgb[i + 1], rgb[i + 2]};
+}
+
+}  // namespace testsupport

@@ -1,0 +1,27 @@
+#pragma once
+// One GLUT window per test process for drawing tests on Mesa's software renderer.
+
+#include <vector>
+
+namespace testsupport {
+
+// Opens (once) a double-buffered RGBA window with depth and accumulation buffers and makes
+// it current; later calls resize it. Returns false when there is no display to open it on.
+bool openTestWindow(int width, int height);
+
+// The RGB bytes of the back buffer (what was just drawn), bottom row first as GL reads them.
+std::vector<unsigned char> readBackRGB(int width, int height);
+
+// One pixel of a read-back buffer, x from the left, y from the bottom.
+struct Rgb {
+    int r, g, b;
+};
+Rgb pixelAt(const std::vector<unsigned char>& rgb, int width, int x, int y);
+
+}  // namespace testsupport
+
+// Skips the current test when no X display is available.
+#define SKYRAMA_REQUIRE_WINDOW(w, h)                                             \
+    do {                                                                         \
+        if (!testsupport::openTestWindow((w), (h))) GTEST_SKIP() << "no display"; \
+    } while (0)
