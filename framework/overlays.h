@@ -60,6 +60,10 @@ void drawScreenText(const char* text, float x, float y, float size, int alignmen
 void drawScreenBox(float x, float y, float width, float height, const float fill[4], bool outline,
                    const float outlineColor[4]);
 
+// Width of a text in a GLUT stroke font (GLUT_STROKE_ROMAN or GLUT_STROKE_MONO_ROMAN), in
+// font units: the sum of the characters' exact widths. Needs GLUT initialised.
+double strokeTextWidth(void* font, const std::string& text);
+
 // ---------------------------------------------------------------------------------------
 // Layout computations (no GL)
 
@@ -102,6 +106,9 @@ double billboardTextStart(const char* text, int alignment, float offset,
 // identity, the origin moved along x by start x size.
 std::array<double, 16> billboardMatrix(const double modelview[16], float size, double start);
 
+// A blank of screen text is this many font units wide per unit of text size.
+constexpr double kScreenBlankPerSize = 200000.0;
+
 // The x offset o of screen text in font units (the text is moved by o x size): minus the
 // text's width unless alignment is 1 (halved for 2), a blank counting 200000 x size, then
 // plus dashCount widths of "-".
@@ -127,8 +134,9 @@ std::vector<GridLabel> skyGridMainLabels(int kind);
 std::vector<GridLabel> skyGridCrossingLabels(int kind, double fovy);
 
 // Wire sphere limits: more than 512 stacks or slices prints a warning and is cut to 512.
+// Returns false (with a warning) when a count is below 1 and there is nothing to draw.
 constexpr int kWireSphereMaxCount = 512;
-void limitWireSphereCounts(int& slices, int& stacks);
+bool limitWireSphereCounts(int& slices, int& stacks);
 
 // Sines and cosines of the slice angles 2 pi i / slices (i = 0 .. slices) and of the stack
 // latitudes pi (0.5 - j / stacks) times the radius (j = 0 .. stacks).
