@@ -1,0 +1,334 @@
+// The "EZ" container: layout of written containers, reading through openDataFile, damage.
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <string>
+
+#include "image/byte_order.h"
+#include "image/data_file.h"
+#include "tests/image/image_test_util.h"
+
+using namespace imagetest;
+
+namespace {
+
+std::uint32_t bigEndian32(const Bytes& b, std::size_t at) {
+    return std::uint32_t(b[at]) << 24 | std::uint32_t(b[at + 1]) << 16 |
+           std::uint32_t(b[at + 2]) << 8 | b[at + 3];
+}
+std::uint32_t littleEndian32(const Bytes& b, std::size_t at) {
+    return std::uint32_t(b[at + 3]) << 24 | std::uint32_t(b[at + 2]) << 16 |
+           std::uint32_t(b[at + 1]) << 8 | b[at];
+}
+
+void setBigEndian32(Bytes& b, std::size_t at, std::uint32_t value) {
+    for (int i = 0; i < 4; ++i)
+        b[at + i] = static_cast<unsigned char>(value >> (24 - 8 * i));
+}
+
+Bytes pseudoRandomBytes(std::size_t n) {
+    Bytes bytes(n);
+    unsigned state = 2002;
+    for (auto& b : bytes) {
+        state = state * 214013u + 2531011u;
+        b = static_cast<unsigned char>(state >> 16);
+    }
+    return bytes;
+}
+
+Bytes pack(const Bytes& plain, const std::string& name) {
+    FILE* f = std::fopen(name.c_str(), "wb");
+    EXPECT_NE(f, nullptr);
+    EXPECT_EQ(WriteDeflateZip(f, plain.data(), plain.size()), 1);
+    std::fclose(f);
+    return readFile(name);
+}
+
+Bytes readThroughDataFile(const std::string& name, const char* mode = "rb") {
+    FILE* f = openDataFile(name.c_str(), mode);
+    EXPECT_NE(f, nullptr) << name;
+    if (f == nullptr) return {};
+    Bytes bytes = readAll(f);
+    std::fclose(f);
+    return bytes;
+}
+
+std::string damageReport(const std::string& name, const char* what) {
+    return std::string("\n") + program_invocation_short_name + ": " + name +
+           ": invalid compressed data--" + what + "\n";
+}
+
+}  // namespace
+
+TEST(Container, RoundTripsKeepChunkCountsAndContiguousTables) {
+    ScratchDir dir;
+    const struct {
+        std::size_t length;
+        std::uint32_t chunks;
+    } cases[] = {{0, 0}, {1, 1}, {32768, 1}, {65536, 2}, {65537, 3}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.length);
+        const Bytes plain = pseudoRandomBytes(c.length);
+        const std::string name = dir.file("chunks.ez");
+        const Bytes packed = pack(plain, name);
+        ASSERT_GE(packed.size(), 6u);
+        EXPECT_EQ(packed[0], 'E');
+        EXPECT_EQ(packed[1], 'Z');
+        const std::uint32_t n = bigEndian32(packed, 2);
+        EXPECT_EQ(n, c.chunks);
+        ASSERT_EQ(packed.size() >= 6 + 8 * std::size_t(n), true);
+        std::uint32_t expectedOffset = 6 + 8 * n;
+        for (std::uint32_t i = 0; i < n; ++i) {
+            const std::uint32_t offset = bigEndian32(packed, 6 + 4 * i);
+            const std::uint32_t length = bigEndian32(packed, 6 + 4 * n + 4 * i);
+            EXPECT_EQ(offset, expectedOffset) << "chunk " << i;
+            expectedOffset = offset + length;
+            // Trailer: the chunk's plain length, least-significant byte first.
+            const std::size_t plainLength =
+                i + 1 < n ? 32768 : c.length - std::size_t(n - 1) * 32768;
+            ASSERT_LE(std::size_t(offset) + length, packed.size());
+            EXPECT_EQ(littleEndian32(packed, offset + length - 4), plainLength);
+        }
+        EXPECT_EQ(expectedOffset, packed.size());
+        EXPECT_EQ(readThroughDataFile(name), plain);
+
+        FILE* f = std::fopen(name.c_str(), "rb");
+        Bytes direct;
+        EXPECT_EQ(ReadDeflateZip(f, direct, name.c_str()), 1);
+        std::fclose(f);
+        EXPECT_EQ(direct, plain);
+    }
+}
+
+TEST(Container, ContainerMayStartInsideAFile) {
+    ScratchDir dir;
+    const std::string name = dir.file("inside.bin");
+    const Bytes plain = pseudoRandomBytes(40000);
+    FILE* f = std::fopen(name.c_str(), "w+b");
+    std::fputs("prefix", f);
+    ASSERT_EQ(WriteDeflateZip(f, plain.data(), plain.size()), 1);
+    const long end = std::ftell(f);
+    std::fputs("suffix", f);
+    std::fseek(f, 6, SEEK_SET);
+    Bytes read;
+    EXPECT_EQ(ReadDeflateZip(f, read, name.c_str()), 1);
+    EXPECT_EQ(read, plain);
+    std::fclose(f);
+    EXPECT_EQ(readFile(name).size(), std::size_t(end) + 6);
+}
+
+TEST(DataFile, PlainFilesComeBackUnchangedInTheCallersMode) {
+    ScratchDir dir;
+    const std::string name = dir.file("plain.txt");
+    writeFile(name, std::string("Hello stars\n"));
+    FILE* f = openDataFile(name.c_str(), "r+b");
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(std::ftell(f), 0);
+    // Opened for update as asked: the first byte can be overwritten.
+    EXPECT_EQ(std::fputc('J', f), 'J');
+    std::fclose(f);
+    EXPECT_EQ(readFile(name), Bytes({'J', 'e', 'l', 'l', 'o', ' ', 's', 't', 'a', 'r', 's', '\n'}));
+
+    // Files too short for the magic, or starting with only half of it, are plain.
+    for (const std::string content : {"", "E", "EY", "Z"}) {
+        writeFile(name, content);
+        EXPECT_EQ(readThroughDataFile(name), Bytes(content.begin(), content.end())) << content;
+    }
+    errno = 0;
+    EXPECT_EQ(openDataFile(dir.file("missing").c_str(), "rb"), nullptr);
+}
+
+TEST(DataFile, TextReadThroughTheContainerEqualsThePlainFile) {
+    ScratchDir dir;
+    const std::string text = catalogueText(200000);
+    const std::string plainName = dir.file("stars.txt");
+    const std::string packedName = dir.file("stars.ez");
+    writeFile(plainName, text);
+    pack(Bytes(text.begin(), text.end()), packedName);
+    auto lines = [](const std::string& name) {
+        std::vector<std::string> result;
+        FILE* f = openDataFile(name.c_str(), "r");
+        EXPECT_NE(f, nullptr);
+        if (f == nullptr) return result;
+        char line[512];
+        while (std::fgets(line, sizeof line, f) != nullptr)
+            result.emplace_back(line);
+        std::fclose(f);
+        return result;
+    };
+    const std::vector<std::string> plainLines = lines(plainName);
+    EXPECT_GT(plainLines.size(), 3000u);
+    EXPECT_EQ(lines(packedName), plainLines);
+}
+
+TEST(DataFile, PackFromFileReadsTheWholeInput) {
+    ScratchDir dir;
+    const Bytes plain = pseudoRandomBytes(70000);
+    writeFile(dir.file("in.bin"), plain);
+    FILE* in = std::fopen(dir.file("in.bin").c_str(), "rb");
+    std::fseek(in, 1234, SEEK_SET);  // wherever the caller left it
+    FILE* out = std::fopen(dir.file("out.ez").c_str(), "wb");
+    EXPECT_EQ(PackFromFile(out, in), 1);
+    std::fclose(in);
+    std::fclose(out);
+    EXPECT_EQ(bigEndian32(readFile(dir.file("out.ez")), 2), 3u);
+    EXPECT_EQ(readThroughDataFile(dir.file("out.ez")), plain);
+}
+
+// Damage in one chunk: the report names the program and the file, openDataFile hands back no
+// file, and ReadDeflateZip keeps the content of the chunks before the damaged one.
+TEST(DataFile, DamagedChunksAreReportedAndGiveNoFile) {
+    ScratchDir dir;
+    const Bytes plain = pseudoRandomBytes(3 * 32768 + 100);
+    const std::string good = dir.file("good.ez");
+    const Bytes packed = pack(plain, good);
+    const std::uint32_t n = bigEndian32(packed, 2);
+    const std::uint32_t offset1 = bigEndian32(packed, 6 + 4);
+    const std::uint32_t length1 = bigEndian32(packed, 6 + 4 * n + 4);
+    const std::size_t trailer1 = offset1 + length1 - 8;
+
+    struct Damage {
+        const char* label;
+        Bytes bytes;
+        const char* report;
+    };
+    std::vector<Damage> damages;
+    Bytes crc = packed;
+    crc[trailer1] ^= 0x01;
+    damages.push_back({"crc", crc, "crc error"});
+    Bytes length = packed;
+    length[trailer1 + 4] ^= 0x01;
+    damages.push_back({"trailer length", length, "length error"});
+    Bytes table = packed;
+    table[6 + 4 * n + 4 + 3] ^= 0x02;  // chunk 1 is said to be longer: it overlaps chunk 2
+    damages.push_back({"table length", table, "format violated"});
+    Bytes shorter = packed;
+    setBigEndian32(shorter, 6 + 4 * n + 4, length1 - 9);  // the trailer is cut off
+    damages.push_back({"short table length", shorter, "format violated"});
+    Bytes stream = packed;
+    stream[offset1] = 0xFF;  // a reserved block type
+    stream[offset1 + 1] = 0xFF;
+    damages.push_back({"deflate stream", stream, "format violated"});
+
+    for (const Damage& d : damages) {
+        SCOPED_TRACE(d.label);
+        const std::string name = dir.file("bad.ez");
+        writeFile(name, d.bytes);
+        testing::internal::CaptureStderr();
+        FILE* f = openDataFile(name.c_str(), "rb");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), damageReport(name, d.report));
+        EXPECT_EQ(f, nullptr);
+        if (f != nullptr) std::fclose(f);
+
+        f = std::fopen(name.c_str(), "rb");
+        Bytes partial;
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(ReadDeflateZip(f, partial, "bad"), -1);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), damageReport("bad", d.report));
+        std::fclose(f);
+        EXPECT_EQ(partial, Bytes(plain.begin(), plain.begin() + 32768));
+    }
+}
+
+TEST(DataFile, BrokenHeadersAndTablesAreFormatViolations) {
+    ScratchDir dir;
+    const Bytes plain = pseudoRandomBytes(100000);
+    const Bytes packed = pack(plain, dir.file("good.ez"));
+    const std::string name = dir.file("bad.ez");
+    std::vector<std::pair<const char*, Bytes>> cases;
+    cases.push_back({"magic only", Bytes{'E', 'Z'}});
+    cases.push_back({"short count", Bytes{'E', 'Z', 0, 0}});
+    cases.push_back({"2^32-1 chunks", Bytes{'E', 'Z', 0xFF, 0xFF, 0xFF, 0xFF}});
+    cases.push_back({"one chunk, no tables", Bytes{'E', 'Z', 0, 0, 0, 1, 0, 0}});
+    Bytes pastEnd = packed;
+    pastEnd[6 + 4] = 0x7F;  // chunk 1 starts beyond the end of the file
+    cases.push_back({"offset past end", pastEnd});
+    Bytes intoTables = packed;
+    intoTables[6 + 3] = 2;  // chunk 0 starts inside the tables
+    cases.push_back({"offset inside tables", intoTables});
+    cases.push_back({"truncated", Bytes(packed.begin(), packed.end() - 5000)});
+    cases.push_back({"truncated in tables", Bytes(packed.begin(), packed.begin() + 20)});
+    for (const auto& [label, bytes] : cases) {
+        SCOPED_TRACE(label);
+        writeFile(name, bytes);
+        testing::internal::CaptureStderr();
+        FILE* f = openDataFile(name.c_str(), "rb");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), damageReport(name, "format violated"));
+        EXPECT_EQ(f, nullptr);
+        if (f != nullptr) std::fclose(f);
+    }
+}
+
+// Every single-byte change of a small container either reads back the content or is reported;
+// nothing reads or writes out of bounds (checked under the sanitizers).
+TEST(DataFile, EveryFlippedByteIsHandled) {
+    ScratchDir dir;
+    const std::string text = catalogueText(70000);
+    const Bytes packed = pack(Bytes(text.begin(), text.end()), dir.file("good.ez"));
+    const std::string name = dir.file("flipped.ez");
+    int reported = 0;
+    for (std::size_t at = 2; at < packed.size(); at += 7) {
+        Bytes bytes = packed;
+        bytes[at] ^= static_cast<unsigned char>(1u << (at % 8));
+        writeFile(name, bytes);
+        testing::internal::CaptureStderr();
+        FILE* f = openDataFile(name.c_str(), "rb");
+        const std::string report = testing::internal::GetCapturedStderr();
+        if (f == nullptr) {
+            ++reported;
+            EXPECT_NE(report.find(": invalid compressed data--"), std::string::npos) << at;
+        } else {
+            EXPECT_EQ(readAll(f), Bytes(text.begin(), text.end())) << at;
+            std::fclose(f);
+        }
+    }
+    EXPECT_GT(reported, 0);
+}
+
+TEST(DataFileDeathTest, ReadingSomethingElseAsAContainerEndsTheProcess) {
+    ScratchDir dir;
+    const std::string name = dir.file("plain.txt");
+    writeFile(name, std::string("not a container"));
+    EXPECT_EXIT(
+        {
+            FILE* f = std::fopen(name.c_str(), "rb");
+            Bytes plain;
+            ReadDeflateZip(f, plain, "plain.txt");
+        },
+        testing::ExitedWithCode(1),
+        "\\[ReadDeflateZip\\]: input file is not in our zip file format\n");
+}
+
+TEST(ByteOrder, ValuesGoToDiskMostSignificantByteFirst) {
+    ScratchDir dir;
+    const std::string name = dir.file("order.bin");
+    FILE* f = std::fopen(name.c_str(), "w+b");
+    std::uint32_t words[2] = {0x01020304u, 0xA0B0C0D0u};
+    double value = 1.0;
+    EXPECT_EQ(cp_fwrite(words, 4, 2, f), 2u);
+    EXPECT_EQ(cp_fwrite(&value, 8, 1, f), 1u);
+    EXPECT_EQ(words[0], 0x01020304u);  // the caller's buffer is unchanged
+    EXPECT_EQ(value, 1.0);
+    std::rewind(f);
+    std::uint32_t back[2] = {0, 0};
+    EXPECT_EQ(cp_fread(back, 4, 2, f), 2u);
+    EXPECT_EQ(back[1], 0xA0B0C0D0u);
+    double valueBack = 0;
+    EXPECT_EQ(cp_fread(&valueBack, 8, 1, f), 1u);
+    EXPECT_EQ(valueBack, 1.0);
+    EXPECT_EQ(cp_fread(&valueBack, 8, 1, f), 0u);
+    std::fclose(f);
+    EXPECT_EQ(readFile(name),
+              Bytes({1, 2, 3, 4, 0xA0, 0xB0, 0xC0, 0xD0, 0x3F, 0xF0, 0, 0, 0, 0, 0, 0}));
+}
+
+TEST(ByteOrderDeathTest, ElementSizeZeroEndsTheProcess) {
+    char buffer[4];
+    EXPECT_EXIT(cp_fread(buffer, 0, 1, stdin), testing::ExitedWithCode(1),
+                "\\[cp_fread\\]: fread size < 1\n");
+    EXPECT_EXIT(cp_fwrite(buffer, 0, 1, stdout), testing::ExitedWithCode(1),
+                "\\[cp_fwrite\\]: fwrite size < 1\n");
+}
