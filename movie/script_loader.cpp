@@ -22,6 +22,8 @@ constexpr double kMaxFrameNumber = 1000000000.0;
 // No keyframe block can be written in fewer bytes (header, separator and five view lines),
 // so a count beyond file size / this cannot be honest.
 constexpr long long kMinKeyFrameBytes = 32;
+// Keyframe indices are ints.
+constexpr int kMaxKeyFrames = 2147483647;
 
 struct InterpWord {
     const char* word;
@@ -216,14 +218,15 @@ int ScriptLoader::readCount(long long& count) {
         std::fprintf(stderr, "Err : (line %d) number of keyframes should be positive\n\n", n);
         return -1;
     }
-    long long limit = 2147483647;
-    if (fileSize_ >= 0 && fileSize_ / kMinKeyFrameBytes + 1 < limit)
-        limit = fileSize_ / kMinKeyFrameBytes + 1;
-    if (count > limit) {
+    if (fileSize_ >= 0 && count > fileSize_ / kMinKeyFrameBytes + 1) {
         std::fprintf(stderr,
-                     "Err : (line %d) too many keyframes [%s] for a script of %lld bytes "
-                     "(max:%lld)\n\n",
-                     n, tokens[2].c_str(), fileSize_, limit);
+                     "Err : (line %d) %s keyframes cannot fit in a script of %lld bytes\n\n", n,
+                     tokens[2].c_str(), fileSize_);
+        return -1;
+    }
+    if (count > kMaxKeyFrames) {
+        std::fprintf(stderr, "Err : (line %d) too many keyframes [%s] (max:%d)\n\n", n,
+                     tokens[2].c_str(), kMaxKeyFrames);
         return -1;
     }
     if (count == 0) std::fprintf(stderr, "warning: no keyframe in the scp file.\n");

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "movie/script_lines.h"
+#include "movie/view_block.h"
 
 const char* const kSessionNames[NUM_SESSION_TYPES] = {
     "LinPos",    "SplPos",    "LinQuat", "SplQuat",   "LinFov",     "SplFov",
@@ -23,12 +24,13 @@ int pairedType(int type) {
     return type ^ 1;
 }
 
-// Reads count numbers from tokens[next...]; false when a token is missing, not a number or
-// not finite.
+// Reads count numbers from tokens[next...]; false when a token is missing, not a number, or
+// not a finite number of the size view lines accept.
 bool readNumbers(const std::vector<std::string>& tokens, std::size_t& next, int count,
                  double* out) {
     for (int i = 0; i < count; ++i) {
-        if (next >= tokens.size() || !parseNumber(tokens[next], out[i]) || !std::isfinite(out[i]))
+        if (next >= tokens.size() || !parseNumber(tokens[next], out[i]) ||
+            !(std::fabs(out[i]) <= kViewNumberMax))
             return false;
         ++next;
     }
