@@ -10,6 +10,7 @@
 namespace {
 
 constexpr double kGridRadius = 1000.0;
+constexpr double kDegree = 3.14159265358979323846 / 180.0;
 constexpr int kSphereSlices[3] = {24, 72, 144};
 constexpr int kSphereStacks[3] = {12, 36, 72};
 
@@ -36,6 +37,10 @@ constexpr double kThirdFrame[16] = {-0.735742574804,
                                     0.0,
                                     1.0};
 
+double monoWidth(const std::string& text) {
+    return strokeTextWidth(GLUT_STROKE_MONO_ROMAN, text);
+}
+
 struct GridStyle {
     float line[4];
     float label[4];
@@ -60,7 +65,60 @@ GridStyle enterGridFrame(int kind) {
     }
 }
 
-void drawGridLabel(const GridLabel& label, float size) {
+// Mono stroke glyphs reach this far below and above the baseline, in font units (with room
+// to spare).
+constexpr double kGlyphBottom = -50.0;
+constexpr double kGlyphTop = 150.0;
+
+// The grid frame's modelview and the projection, read once per grid, to skip the labels that
+// would draw nothing: at the finest level most of the ten thousand crossings are out of view.
+struct GridView {
+    double modelview[16];
+    double projection[16];
+
+    GridView() {
+        glGetDoublev(GL_MODELVIEW_MATRIX, modelview);
+        glGetDoublev(GL_PROJECTION_MATRIX, projection);
+    }
+
+    // True when the label's upright box lies wholly beyond one side of the view volume.
+    bool hides(const GridLabel& label, float size) const {
+        double lon = label.longitude * kDegree, lat = label.latitude * kDegree;
+        double p[3] = {kGridRadius * std::cos(lat) * std::cos(lon),
+                       kGridRadius * std::cos(lat) * std::sin(lon), kGridRadius * std::sin(lat)};
+        double eye[3];
+        for (int r = 0; r < 3; ++r) {
+            eye[r] = modelview[r] * p[0] + modelview[4 + r] * p[1] + modelview[8 + r] * p[2] +
+                     modelview[12 + r];
+        }
+        double start = billboardTextStart(label.text.c_str(), 2, 0.0f, monoWidth) * size;
+        double xs[2] = {eye[0] + start, eye[0] - start};  // centred text
+        double ys[2] = {eye[1] + kGlyphBottom * size, eye[1] + kGlyphTop * size};
+        // For each clip plane (x < -w, x > w, y < -w, y > w, z < -w): all four corners out.
+        int outside[5] = {0, 0, 0, 0, 0};
+        for (double x : xs) {
+            for (double y : ys) {
+                double c[4];
+                for (int r = 0; r < 4; ++r) {
+                    c[r] = projection[r] * x + projection[4 + r] * y + projection[8 + r] * eye[2] +
+                           projection[12 + r];
+                }
+                outside[0] += c[0] < -c[3];
+                outside[1] += c[0] > c[3];
+                outside[2] += c[1] < -c[3];
+                outside[3] += c[1] > c[3];
+                outside[4] += c[2] < -c[3];
+            }
+        }
+        for (int n : outside) {
+            if (n == 4) return true;
+        }
+        return false;
+    }
+};
+
+void drawGridLabel(const GridView& view, const GridLabel& label, float size) {
+    if (view.hides(label, size)) return;
     glPushMatrix();
     glRotated(label.longitude, 0.0, 0.0, 1.0);
     glRotated(label.latitude, 0.0, -1.0, 0.0);
@@ -96,6 +154,7 @@ void drawSkyGrid(int kind, bool detail, double fovy) {
     glLoadMatrixd(modelview);
 
     GridStyle style = enterGridFrame(kind);
+    GridView view;
     std::array<double, 3> weights = skyGridSphereWeights(fovy);
     for (int i = 0; i < 3; ++i) {
         if (weights[i] <= 0.0) continue;
@@ -107,7 +166,7 @@ void drawSkyGrid(int kind, bool detail, double fovy) {
     glColor4fv(style.label);
     float mainSize = static_cast<float>(kMainLabelSize * fovy / 60.0);
     for (const GridLabel& label : skyGridMainLabels(kind))
-        drawGridLabel(label, mainSize);
+        drawGridLabel(view, label, mainSize);
 
     if (detail) {
         float crossingSize = static_cast<float>(kCrossingLabelSize * fovy / 60.0);
@@ -115,7 +174,7 @@ void drawSkyGrid(int kind, bool detail, double fovy) {
             float alpha =
                 label.major ? style.label[3] : static_cast<float>(style.label[3] * label.weight);
             glColor4f(style.label[0], style.label[1], style.label[2], alpha);
-            drawGridLabel(label, crossingSize);
+            drawGridLabel(view, label, crossingSize);
         }
     }
 
