@@ -20,22 +20,13 @@ constexpr double kMainLabelSize = 0.5;
 constexpr double kCrossingLabelSize = 0.1;
 
 // The third frame's orientation: columns of a rotation, as OpenGL stores them.
-constexpr double kThirdFrame[16] = {-0.735742574804,
-                                    0.677261296414,
-                                    0.0,
-                                    0.0,  //
-                                    -0.074553778365,
-                                    -0.080991471307,
-                                    0.9939225904,
-                                    0.0,  //
-                                    0.673145302109,
-                                    0.731271165817,
-                                    0.110081262225,
-                                    0.0,  //
-                                    0.0,
-                                    0.0,
-                                    0.0,
-                                    1.0};
+// clang-format off
+constexpr double kThirdFrame[16] = {
+    -0.735742574804,  0.677261296414,  0.0,            0.0,
+    -0.074553778365, -0.080991471307,  0.9939225904,   0.0,
+     0.673145302109,  0.731271165817,  0.110081262225, 0.0,
+     0.0,             0.0,             0.0,            1.0};
+// clang-format on
 
 double monoWidth(const std::string& text) {
     return strokeTextWidth(GLUT_STROKE_MONO_ROMAN, text);
