@@ -56,8 +56,8 @@ long long fileSize(std::FILE* fp) {
 
 class ScriptLoader {
   public:
-    ScriptLoader(MovieRecord& record, std::FILE* fp, long long size)
-        : record_(record), lines_(fp), fileSize_(size) {}
+    ScriptLoader(MovieRecord& record, std::FILE* fp, long long size, bool quiet)
+        : record_(record), lines_(fp), fileSize_(size), sessionReader_(quiet) {}
 
     int load();
 
@@ -434,7 +434,7 @@ int MovieRecord::loadRecord(const char* fileName, int quiet) {
         return -1;
     }
     if (!quiet) std::printf("loading movie script [%s]...\n", fileName);
-    ScriptLoader loader(*this, fp.get(), fileSize(fp.get()));
+    ScriptLoader loader(*this, fp.get(), fileSize(fp.get()), quiet != 0);
     if (loader.load() < 0) return -1;
     if (!quiet)
         std::printf("  %d x %d, %d keyframes, %d frames, %d sessions, %d definitions\n", width_,

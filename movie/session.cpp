@@ -39,7 +39,7 @@ bool readNumbers(const std::vector<std::string>& tokens, std::size_t& next, int 
 
 }  // namespace
 
-SessionReader::SessionReader() {
+SessionReader::SessionReader(bool quiet) : quiet_(quiet) {
     for (int i = 0; i < NUM_SESSION_TYPES; ++i) {
         open_[i] = false;
         openFrame_[i] = 0.0;
@@ -171,7 +171,7 @@ int SessionReader::end(SessionType type, int lineNumber, int keyFrameIndex,
     }
     s.endKeyFrame = keyFrameIndex;
     sessions.push_back(s);
-    if (type == SESSION_ROTATE_ABOUT)
+    if (type == SESSION_ROTATE_ABOUT && !quiet_)
         std::fprintf(stderr, "Note: begin/end RotateAbout is pending.\n");
     return 1;
 }

@@ -45,7 +45,8 @@ struct Session {
 // the arguments given with their Begin.
 class SessionReader {
   public:
-    SessionReader();
+    // quiet leaves out notes that are neither errors nor warnings.
+    explicit SessionReader(bool quiet = false);
 
     // Reads one line of a keyframe block before its separator (first token "Begin" or "End")
     // for the keyframe with the given index and frame number; closed sessions are appended to
@@ -60,6 +61,7 @@ class SessionReader {
               int lineNumber, int keyFrameIndex, double frameNumber);
     int end(SessionType type, int lineNumber, int keyFrameIndex, std::vector<Session>& sessions);
 
+    bool quiet_;
     bool open_[NUM_SESSION_TYPES];
     double openFrame_[NUM_SESSION_TYPES];  // frame number of the keyframe that opened it
     Session pending_[NUM_SESSION_TYPES];   // arguments held from Begin until End

@@ -219,17 +219,18 @@ TEST(Interpolation, LinearChannelsUseThePlainParameter) {
 }
 
 TEST(Interpolation, SplineFieldOfViewFollowsTheTimingCurve) {
-    // Two keyframes 12 frames apart with given fovy guides: the timing controls of a lone
-    // segment sit at 1/6 and 5/6 of its length.
+    // Two keyframes 12 frames apart with given fovy guides. The timing controls of a lone
+    // segment sit a sixth of its length, times the first keyframe's position in factor and
+    // the second's position out factor, inside its ends.
     MovieRecord r;
     std::string text = scriptHeader(2, "linear spline-fovy") +
-                       keyBlock("KeyFrame 0", "0 0 0 0", "0 0 -1", "0 1 0", "30") +
+                       keyBlock("KeyFrame 0 FPos 0 2 0.5", "0 0 0 0", "0 0 -1", "0 1 0", "30") +
                        "GuideFrame Out\n" + viewLines("0 0 0 0", "0 0 -1", "0 1 0", "60") +
-                       keyBlock("KeyFrame 12", "1 0 0 0", "0 0 -1", "0 1 0", "50") +
+                       keyBlock("KeyFrame 12 FPos 0 3 0.5", "1 0 0 0", "0 0 -1", "0 1 0", "50") +
                        "GuideFrame In\n" + viewLines("0 0 0 0", "0 0 -1", "0 1 0", "10");
     ASSERT_EQ(loadText(r, text).rc, 1);
     for (double f = 1.0; f < 12.0; f += 1.0) {
-        double s = searchLocalT(0.0, 2.0, 10.0, 12.0, f);
+        double s = searchLocalT(0.0, 4.0, 11.0, 12.0, f);
         View v;
         ASSERT_EQ(r.evaluateFrame(f, v), 1);
         EXPECT_NEAR(v.fovy, bezier1D(30.0, 60.0, 10.0, 50.0, s), 1e-12) << f;
@@ -263,31 +264,30 @@ TEST(Interpolation, SearchLocalT) {
 }
 
 TEST(Interpolation, ComputedGuidePositions) {
-    // Three keyframes on a line at 0, 1 and 2 m. The middle one's tangent points along the
-    // line with the nearer distance; the level factor blends in the chord.
+    // Three keyframes on the x axis at 0, 1 and 4 m. The middle one's tangent runs along the
+    // axis, as long as the nearer distance; the level factor blends in the chord instead.
+    auto xOf = [](const Phc& p) { return p.x * std::pow(10.0, p.w); };
     for (double level : {0.0, 1.0}) {
         MovieRecord r;
         std::string middle = "KeyFrame 10 FPos " + std::to_string(level) + " 1 1";
         ASSERT_EQ(loadText(r, scriptHeader(3, "spline") + keyBlock("KeyFrame 0", "0 0 0 0") +
-                                  keyBlock(middle, "1 0 0 0") + keyBlock("KeyFrame 20", "2 0 0 0"))
+                                  keyBlock(middle, "1 0 0 0") + keyBlock("KeyFrame 20", "4 0 0 0"))
                       .rc,
                   1);
         const KeyFrame& k = r.keyFrame(1);
-        double in = phcLengthMeters(k.guideIn.viewPos);
-        double out = phcLengthMeters(k.guideOut.viewPos);
-        EXPECT_NEAR(in, level == 0.0 ? 0.5 : 2.0 / 3.0, 1e-12) << level;
-        EXPECT_NEAR(out, level == 0.0 ? 1.5 : 4.0 / 3.0, 1e-12) << level;
-        // The first keyframe's guide-out looks one sixth of the way to its neighbour; its
-        // guide-in stays the view.
-        EXPECT_NEAR(phcLengthMeters(r.keyFrame(0).guideOut.viewPos), 1.0 / 6.0, 1e-12);
+        EXPECT_NEAR(xOf(k.guideIn.viewPos), level == 0.0 ? 0.5 : 1.0 / 3.0, 1e-12) << level;
+        EXPECT_NEAR(xOf(k.guideOut.viewPos), level == 0.0 ? 1.5 : 5.0 / 3.0, 1e-12) << level;
+        // The ends look a sixth of the way to their neighbour; the outer guides stay the view.
+        EXPECT_NEAR(xOf(r.keyFrame(0).guideOut.viewPos), 1.0 / 6.0, 1e-12);
         EXPECT_EQ(r.keyFrame(0).guideIn.viewPos, (Phc{0, 0, 0, 0}));
-        EXPECT_NEAR(phcLengthMeters(r.keyFrame(2).guideIn.viewPos), 2.0 - 1.0 / 6.0, 1e-12);
+        EXPECT_NEAR(xOf(r.keyFrame(2).guideIn.viewPos), 3.5, 1e-12);
+        EXPECT_EQ(r.keyFrame(2).guideOut.viewPos, (Phc{4, 0, 0, 0}));
 
         if (level == 0.0) {
-            // Halfway through the first segment: Bézier(0, 1/6, 1/2, 1; 1/2).
+            // Halfway through the first segment: Bezier(0, 1/6, 1/2, 1; 1/2).
             View v;
             ASSERT_EQ(r.evaluateFrame(5.0, v), 1);
-            EXPECT_NEAR(phcLengthMeters(v.viewPos), 0.375, 1e-12);
+            EXPECT_NEAR(xOf(v.viewPos), 0.375, 1e-12);
         }
     }
 

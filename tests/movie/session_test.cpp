@@ -102,11 +102,16 @@ TEST(Sessions, BeginAndEndInOneBlockOnlyWarn) {
 }
 
 TEST(Sessions, SessionsAreRecordedWithTheirArguments) {
+    const std::string text = twoKeys("Begin RotateAbout 1 2 3 4 0 0 2 90 LinAspect # comment\n",
+                                     "End LinAspect\nEnd RotateAbout\n");
     MovieRecord r;
-    LoadResult res = loadText(r, twoKeys("Begin RotateAbout 1 2 3 4 0 0 2 90 LinAspect # comment\n",
-                                         "End LinAspect\nEnd RotateAbout\n"));
+    LoadResult res = loadText(r, text, 0);
     ASSERT_EQ(res.rc, 1) << res.err;
     EXPECT_EQ(res.err, "Note: begin/end RotateAbout is pending.\n");
+    MovieRecord quiet;
+    res = loadText(quiet, text, 1);
+    EXPECT_EQ(res.rc, 1);
+    EXPECT_EQ(res.err, "");  // a note is neither an error nor a warning
     ASSERT_EQ(r.numSessions(), 2);
     EXPECT_EQ(r.session(0).type, SESSION_LIN_ASPECT);
     const Session& s = r.session(1);
