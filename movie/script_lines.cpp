@@ -1,7 +1,6 @@
 #include "movie/script_lines.h"
 
 #include <cctype>
-#include <cerrno>
 #include <climits>
 #include <cstdlib>
 
@@ -16,7 +15,7 @@ LineStatus ScriptLines::readLine(std::string& line) {
         }
         return LineStatus::End;
     }
-    ++lineNumber_;
+    if (lineNumber_ < INT_MAX) ++lineNumber_;  // a file of billions of lines stays countable
     while (c != EOF && c != '\n') {
         if (static_cast<int>(line.size()) >= kScriptLineMax) {
             std::fprintf(stderr, "Err : (line %d) line longer than %d characters.\n", lineNumber_,
@@ -30,6 +29,8 @@ LineStatus ScriptLines::readLine(std::string& line) {
         std::fprintf(stderr, "Err : (line %d) failed to read the script file.\n", lineNumber_);
         return LineStatus::Failed;
     }
+    // Scripts written with carriage-return line ends read the same.
+    if (!line.empty() && line.back() == '\r') line.pop_back();
     return LineStatus::Ok;
 }
 
@@ -99,7 +100,6 @@ bool parseInteger(const std::string& token, long long& value) {
     if (token.empty()) return false;
     const char* begin = token.c_str();
     char* end = nullptr;
-    errno = 0;
     long long v = std::strtoll(begin, &end, 10);
     if (end == begin || *end != '\0') return false;
     value = v;  // strtoll clamps to LLONG_MIN / LLONG_MAX on overflow

@@ -17,8 +17,8 @@ class ScriptLines {
   public:
     explicit ScriptLines(std::FILE* fp) : fp_(fp) {}
 
-    // The next line without its line end. End at the end of the file; Failed (after the
-    // message) for an over-long line or a read error.
+    // The next line without its line end ("\n" or "\r\n"). End at the end of the file; Failed
+    // (after the message) for an over-long line or a read error.
     LineStatus readLine(std::string& line);
     // The next line that is neither blank nor a comment.
     LineStatus readDataLine(std::string& line);

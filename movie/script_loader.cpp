@@ -96,8 +96,7 @@ int ScriptLoader::readHeader() {
     std::string line;
     LineStatus status = lines_.readLine(line);
     if (status == LineStatus::Failed) return -1;
-    // A carriage return before the line end is accepted: scripts written on other systems.
-    if (status == LineStatus::End || !(line == "Movie Script" || line == "Movie Script\r")) {
+    if (status == LineStatus::End || line != "Movie Script") {
         std::fprintf(stderr, "Err : (line %d) Wrong/Missing script header [Movie Script]\n\n",
                      status == LineStatus::End ? 1 : lines_.lineNumber());
         return -1;

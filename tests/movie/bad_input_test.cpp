@@ -51,6 +51,23 @@ TEST(BadInput, FullFeaturedScriptLoads) {
     EXPECT_EQ(r.numSessions(), 6);
     EXPECT_DOUBLE_EQ(r.definitions().value(2), (16.4894 + 3) / 2);
     expectPlayable(r, "full script");
+
+    // The same script with carriage-return line ends gives the same movie.
+    std::string crlf;
+    for (char c : kFullScript)
+        crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+    MovieRecord same;
+    res = loadText(same, crlf);
+    ASSERT_EQ(res.rc, 1) << res.err;
+    ASSERT_EQ(same.totalNumFrame(), r.totalNumFrame());
+    for (double f = 0.0; f < r.totalNumFrame(); f += 7.5) {
+        View a, b;
+        r.evaluateFrame(f, a);
+        same.evaluateFrame(f, b);
+        EXPECT_EQ(a.viewPos, b.viewPos) << f;
+        EXPECT_EQ(a.viewDir, b.viewDir) << f;
+        EXPECT_EQ(a.fovy, b.fovy) << f;
+    }
 }
 
 TEST(BadInput, OverLongLines) {
