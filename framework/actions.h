@@ -31,3 +31,11 @@ void frameworkAction(int action);
 void quitWithConfirmation(int exitCode);
 // Releases the movie, calls quitScene and exits with exitCode, without asking.
 [[noreturn]] void quitViewer(int exitCode);
+// Ends the process with exitCode. The main window's close handler is detached first: GLUT
+// destroys its windows at exit and would otherwise run it (and its exit code would win).
+[[noreturn]] void endProcess(int exitCode);
+
+// Action 305: reads scriptFileName into a new movie record; keeps the old one on failure.
+void reloadScript();
+// Action 11: the scene's help hook, or the framework's own key list on standard error.
+void showHelp();

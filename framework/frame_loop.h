@@ -2,7 +2,7 @@
 // The per-frame machinery: GLUT display, reshape and idle callbacks, the frame drawing routine
 // and movie playback.
 
-#include <vector>
+#include "framework/jitter_accumulation.h"
 
 void displayCallback();
 void reshapeCallback(int width, int height);
@@ -19,5 +19,11 @@ void goToFrame(int k);  // 0 <= k < totalNumFrame
 // The movie evaluated at currFrame, applied, redisplay posted.
 void showCurrentFrame();
 
-// The averaged RGB image of the last jittered frame, rows top first (winWidth x winHeight).
-const std::vector<unsigned char>& jitteredImage();
+// The last jittered frame: its averaged RGB image, rows top first, and its size.
+const JitterAccumulator& lastJitteredFrame();
+
+// For the dumps: the next display reads its picture (width x height RGB from the back buffer,
+// before the panel is drawn and the buffers swapped) into buffer, rows top first.
+void captureNextDisplay(unsigned char* buffer, int width, int height);
+// While set, displays draw the scene only: no panel, no message boxes, no input routing.
+void setInterfaceSuppressed(bool suppressed);

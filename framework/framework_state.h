@@ -104,3 +104,8 @@ void setBannerText(const std::string& text);
 
 // Frames of the loaded movie; -1 without a movie.
 int totalFrames();
+// A movie with at least one frame is loaded (playback and frame steps need one).
+bool haveMovieFrames();
+
+// The frame clock in seconds: high-resolution ticks / perfFrequency.
+double frameClockSeconds();

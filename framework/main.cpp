@@ -1,2 +1,7 @@
-// skyrama: the viewer's entry point. The framework drives the star scene.
-int main() { return 0; }
+// skyrama: the viewer's entry point. The framework drives the scene.
+#include "framework/empty_scene.h"
+#include "framework/scene_hooks.h"
+
+int main(int argc, char** argv) {
+    return runViewer(argc, argv, emptyScene());
+}

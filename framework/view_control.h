@@ -42,3 +42,6 @@ void startSpin(const Vec3& axis, double degreesPerSecond,
 void startTurn(const Vec3& axis, double angleDegrees, double degreesPerSecond, TurnCentre centre);
 void stopSpin();
 bool spinActive();
+
+// Called by the idle callback: one step of a running spin or turn.
+void continueSpin();
