@@ -26,7 +26,8 @@ struct Quadratic {
 Quadratic quadraticOf(int item, int component) {
     if (item >= 11)  // nutations and librations, in radians
         return {0.001 * item + 1e-4 * component, 1e-6 * (component + 1), 1e-9};
-    return {1.0e7 * (item + 1) + 1.0e6 * component - 5.0e6, 100.0 * (item + 1) - 37.0 * component,
+    // Bodies 10^7 to 10^8 km out, moving some 7 x 10^4 km a day across their direction.
+    return {1.0e7 * (item + 1) + 1.0e6 * component - 5.0e6, 5.0e4 * (component - 1) + 1.0e3 * item,
             0.5 * (component + 1) - 0.25 * item};
 }
 
