@@ -1,0 +1,74 @@
+#pragma once
+// Scratch files and small fixtures for the model and particle tests.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace modeltest {
+
+// A fresh folder below the system's temporary folder, removed with its files at the end.
+class ScratchDir {
+  public:
+    ScratchDir() {
+        char pattern[] = "/tmp/skyrama-models-XXXXXX";
+        const char* made = mkdtemp(pattern);
+        path_ = made != nullptr ? made : "/tmp";
+    }
+    ~ScratchDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
+    const std::string& path() const { return path_; }
+    std::string file(const std::string& name) const { return path_ + "/" + name; }
+
+  private:
+    std::string path_;
+};
+
+inline void writeText(const std::string& name, const std::string& text) {
+    FILE* f = std::fopen(name.c_str(), "wb");
+    ASSERT_NE(f, nullptr) << name;
+    std::fwrite(text.data(), 1, text.size(), f);
+    std::fclose(f);
+}
+
+inline std::string readText(const std::string& name) {
+    std::string text;
+    FILE* f = std::fopen(name.c_str(), "rb");
+    if (f == nullptr) return text;
+    char buffer[4096];
+    std::size_t n;
+    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
+        text.append(buffer, n);
+    std::fclose(f);
+    return text;
+}
+
+// A binary PNM: "P5" for one component, "P6" for three.
+inline void writePnm(const std::string& name, int width, int height, int components,
+                     const std::vector<unsigned char>& pixels) {
+    std::string text = (components == 1 ? "P5\n" : "P6\n") + std::to_string(width) + " " +
+                       std::to_string(height) + "\n255\n";
+    text.append(pixels.begin(), pixels.end());
+    writeText(name, text);
+}
+
+// An image of one colour.
+inline std::vector<unsigned char> filled(int width, int height, std::vector<unsigned char> color) {
+    std::vector<unsigned char> pixels;
+    for (int i = 0; i < width * height; i++)
+        pixels.insert(pixels.end(), color.begin(), color.end());
+    return pixels;
+}
+
+// The number of times text occurs in haystack.
+inline int countOf(const std::string& haystack, const std::string& text) {
+    int n = 0;
+    for (std::size_t p = haystack.find(text); p != std::string::npos;
+         p = haystack.find(text, p + text.size()))
+        n++;
+    return n;
+}
+
+}  // namespace modeltest
