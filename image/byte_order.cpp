@@ -15,6 +15,7 @@ std::size_t cp_fwrite(void* buffer, std::size_t elementSize, std::size_t count, 
         fprintf(stderr, "[cp_fwrite]: fwrite size < 1\n");
         exit(1);
     }
+    if (count == 0) return 0;
     reverseElementBytes(buffer, elementSize, count);
     std::size_t written = fwrite(buffer, elementSize, count, file);
     reverseElementBytes(buffer, elementSize, count);
@@ -26,6 +27,7 @@ std::size_t cp_fread(void* buffer, std::size_t elementSize, std::size_t count, F
         fprintf(stderr, "[cp_fread]: fread size < 1\n");
         exit(1);
     }
+    if (count == 0) return 0;
     std::size_t read = fread(buffer, elementSize, count, file);
     reverseElementBytes(buffer, elementSize, read);
     return read;

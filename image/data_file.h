@@ -20,10 +20,12 @@ constexpr std::size_t kEzChunkBufferSize = 65536;  // largest compressed chunk, 
 
 // Opens a data file for reading. A plain file (one whose first two bytes are not "EZ") is
 // reopened with the caller's mode and returned at its start. A container is inflated into an
-// anonymous temporary file (read/write, binary, removed when closed) that is returned rewound;
-// the caller's mode is then not used. Returns nullptr when the file cannot be opened, and also
-// when the container is damaged: the damage has then been reported on standard error
-// ("\n<program>: <file>: invalid compressed data--...\n") and no partial content is handed on.
+// anonymous temporary stream held in memory (readable, writable and seekable like a file opened
+// for update, freed when closed; it has no file descriptor, so measure it with fseek/ftell, not
+// fstat) and returned at its start; the caller's mode is then not used. Returns nullptr when
+// the file cannot be opened, and also when the container is damaged: the damage has then been
+// reported on standard error ("\n<program>: <file>: invalid compressed data--...\n") and no
+// partial content is handed on.
 FILE* openDataFile(const char* fileName, const char* mode);
 
 // Reads a container from the file's current position and appends its content to plain.

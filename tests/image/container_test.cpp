@@ -7,6 +7,8 @@
 #include <cstring>
 #include <string>
 
+#include <zlib.h>
+
 #include "image/byte_order.h"
 #include "image/data_file.h"
 #include "tests/image/image_test_util.h"
@@ -137,8 +139,8 @@ TEST(DataFile, PlainFilesComeBackUnchangedInTheCallersMode) {
         writeFile(name, content);
         EXPECT_EQ(readThroughDataFile(name), Bytes(content.begin(), content.end())) << content;
     }
-    errno = 0;
     EXPECT_EQ(openDataFile(dir.file("missing").c_str(), "rb"), nullptr);
+    EXPECT_EQ(openDataFile(dir.file("").c_str(), "rb"), nullptr);  // a folder
 }
 
 TEST(DataFile, TextReadThroughTheContainerEqualsThePlainFile) {
@@ -231,6 +233,111 @@ TEST(DataFile, DamagedChunksAreReportedAndGiveNoFile) {
         std::fclose(f);
         EXPECT_EQ(partial, Bytes(plain.begin(), plain.begin() + 32768));
     }
+}
+
+// Containers of many chunks are inflated in two halves; what comes back must not depend on it.
+TEST(DataFile, ManyChunksKeepTableOrderAndTheFirstDamageWins) {
+    ScratchDir dir;
+    const std::string text = catalogueText(20 * 32768 + 77);
+    const Bytes plain(text.begin(), text.end());
+    const std::string name = dir.file("many.ez");
+    const Bytes packed = pack(plain, name);
+    const std::uint32_t n = bigEndian32(packed, 2);
+    ASSERT_EQ(n, 21u);
+    EXPECT_EQ(readThroughDataFile(name), plain);
+
+    auto crcByteOf = [&](std::uint32_t chunk) {
+        return std::size_t(bigEndian32(packed, 6 + 4 * chunk)) +
+               bigEndian32(packed, 6 + 4 * n + 4 * chunk) - 8;
+    };
+    for (const std::vector<std::uint32_t>& damaged :
+         {std::vector<std::uint32_t>{15}, {3, 15}, {0}, {20}, {10, 11}}) {
+        SCOPED_TRACE(damaged.front());
+        Bytes bytes = packed;
+        for (std::uint32_t chunk : damaged)
+            bytes[crcByteOf(chunk)] ^= 0x80;
+        const std::string bad = dir.file("bad.ez");
+        writeFile(bad, bytes);
+        FILE* f = std::fopen(bad.c_str(), "rb");
+        Bytes partial;
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(ReadDeflateZip(f, partial, "bad"), -1);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), damageReport("bad", "crc error"));
+        std::fclose(f);
+        EXPECT_EQ(partial, Bytes(plain.begin(), plain.begin() + damaged.front() * 32768));
+    }
+}
+
+// A container whose chunks are not all full (not what the writer makes, but readable) reads as
+// the chunks' contents one after another.
+TEST(DataFile, ShortChunksInTheMiddleCloseUp) {
+    const std::vector<std::size_t> sizes = {32768, 32768, 100,   32768, 0,    32768,
+                                            32768, 32768, 32768, 5,     32768};
+    const std::string text = catalogueText(400000);
+    Bytes plain;
+    std::vector<Bytes> chunks;
+    std::size_t at = 0;
+    for (std::size_t size : sizes) {
+        Bytes piece(text.begin() + at, text.begin() + at + size);
+        at += size;
+        plain.insert(plain.end(), piece.begin(), piece.end());
+        z_stream s{};
+        deflateInit2(&s, 6, Z_DEFLATED, -15, 8, Z_DEFAULT_STRATEGY);
+        Bytes chunk(65536);
+        s.next_in = piece.data();
+        s.avail_in = static_cast<uInt>(piece.size());
+        s.next_out = chunk.data();
+        s.avail_out = static_cast<uInt>(chunk.size());
+        ASSERT_EQ(deflate(&s, Z_FINISH), Z_STREAM_END);
+        chunk.resize(s.total_out);
+        deflateEnd(&s);
+        const uLong crc = crc32(crc32(0, Z_NULL, 0), piece.data(), static_cast<uInt>(size));
+        for (int i = 0; i < 4; ++i)
+            chunk.push_back(static_cast<unsigned char>(crc >> (8 * i)));
+        for (int i = 0; i < 4; ++i)
+            chunk.push_back(static_cast<unsigned char>(size >> (8 * i)));
+        chunks.push_back(chunk);
+    }
+    const std::uint32_t n = static_cast<std::uint32_t>(chunks.size());
+    Bytes file = {'E', 'Z'};
+    file.resize(6 + 8 * n);
+    setBigEndian32(file, 2, n);
+    for (std::uint32_t i = 0; i < n; ++i) {
+        setBigEndian32(file, 6 + 4 * i, static_cast<std::uint32_t>(file.size()));
+        setBigEndian32(file, 6 + 4 * n + 4 * i, static_cast<std::uint32_t>(chunks[i].size()));
+        file.insert(file.end(), chunks[i].begin(), chunks[i].end());
+    }
+    ScratchDir dir;
+    writeFile(dir.file("short.ez"), file);
+    EXPECT_EQ(readThroughDataFile(dir.file("short.ez")), plain);
+}
+
+TEST(DataFile, ContainerStreamsSeekAndTakeWritesLikeFiles) {
+    ScratchDir dir;
+    const std::string text = catalogueText(50000);
+    const std::string name = dir.file("seek.ez");
+    pack(Bytes(text.begin(), text.end()), name);
+    FILE* f = openDataFile(name.c_str(), "r");
+    ASSERT_NE(f, nullptr);
+    ASSERT_EQ(std::fseek(f, 0, SEEK_END), 0);
+    EXPECT_EQ(std::ftell(f), 50000);
+    ASSERT_EQ(std::fseek(f, 40000, SEEK_SET), 0);
+    char line[64];
+    ASSERT_NE(std::fgets(line, 8, f), nullptr);
+    EXPECT_EQ(std::string(line), text.substr(40000, 7));
+    // Opened for update: writes land in the content, past the end leave zeros.
+    ASSERT_EQ(std::fseek(f, 2, SEEK_SET), 0);
+    EXPECT_EQ(std::fputs("XY", f), 1);
+    ASSERT_EQ(std::fseek(f, 50003, SEEK_SET), 0);
+    EXPECT_EQ(std::fputc('!', f), '!');
+    std::rewind(f);
+    const Bytes content = readAll(f);
+    std::fclose(f);
+    ASSERT_EQ(content.size(), 50004u);
+    EXPECT_EQ(content[2], 'X');
+    EXPECT_EQ(content[3], 'Y');
+    EXPECT_EQ(content[50000], 0);
+    EXPECT_EQ(content[50003], '!');
 }
 
 TEST(DataFile, BrokenHeadersAndTablesAreFormatViolations) {
