@@ -9,16 +9,8 @@
 #include "tests/solar/ephemeris_test_file.h"
 
 inline std::string benchEphemerisPath() {
-    const char* top = std::getenv("TOPDIR");
-    for (std::string root :
-         {std::string(top != nullptr ? top : ""), std::string(SKYRAMA_SOURCE_DIR)}) {
-        if (root.empty()) continue;
-        std::string path = root + "/data/ephemerisdata/binp_all.405";
-        if (std::FILE* f = std::fopen(path.c_str(), "rb")) {
-            std::fclose(f);
-            return path;
-        }
-    }
+    std::string real = solartest::realEphemerisPath();
+    if (!real.empty()) return real;
     static const std::string written = [] {
         std::string path = solartest::testFilePath("bench.405");
         solartest::TestEphemerisSpec spec;

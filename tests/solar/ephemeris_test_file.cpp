@@ -135,4 +135,18 @@ std::string testFilePath(const std::string& name) {
     return dir + "/skyrama-solar-" + std::to_string(getpid()) + "-" + name;
 }
 
+std::string realEphemerisPath() {
+    const char* top = getenv("TOPDIR");
+    for (std::string root :
+         {std::string(top != nullptr ? top : ""), std::string(SKYRAMA_SOURCE_DIR)}) {
+        if (root.empty()) continue;
+        std::string path = root + "/data/ephemerisdata/binp_all.405";
+        if (FILE* file = fopen(path.c_str(), "rb")) {
+            fclose(file);
+            return path;
+        }
+    }
+    return "";
+}
+
 }  // namespace solartest

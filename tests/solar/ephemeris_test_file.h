@@ -36,4 +36,8 @@ bool writeTestEphemeris(const std::string& path, const TestEphemerisSpec& spec =
 // A fresh path in the test's temporary folder.
 std::string testFilePath(const std::string& name);
 
+// The data tree's real ephemeris, data/ephemerisdata/binp_all.405 under TOPDIR when it is set,
+// else in the source tree; "" when neither has it.
+std::string realEphemerisPath();
+
 }  // namespace solartest
