@@ -1,0 +1,262 @@
+#pragma once
+// StarList: the one star catalogue of the scene. It owns every star that is drawn, the
+// settings block, the colormaps, the selections, the point-size buckets and the star
+// texture, and it is changed only through its setters.
+//
+// The methods are spread by concept over two libraries:
+//   catalogue/   records and dataset files, the parameter file, selections, star motion,
+//                colormaps, constellations, extrasolar planets;
+//   starrender/  brightness and point sizing, drawing and picking, the sphere warp, star
+//                textures.
+// Operations return 1 on success and -1 on failure; rejected values print a message and
+// keep the old setting.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <new>
+
+#include "catalogue/colormap.h"
+#include "catalogue/constellation.h"
+#include "catalogue/extrasolar_planet.h"
+#include "catalogue/star_obj.h"
+#include "catalogue/star_parameter.h"
+#include "common_package/math/src/phc.h"
+
+class StarDrawSink;
+struct StarFrame;
+
+// A point waiting in a point-size bucket: eye-relative vertex and colour.
+struct StarBucketEntry {
+    double pos[3];
+    float rgba[4];
+};
+
+constexpr int kNumPointBuckets = 64;  // bucket b draws points of b x 0.5 pixels
+constexpr int kSqrtTableSize = 4096;
+
+// Render flags of drawStars.
+constexpr int kStarColorFile = 0x1;      // multiply by the file colour
+constexpr int kStarColorMap = 0x2;       // multiply by the colormap colour
+constexpr int kStarColorWhite = 0x4;     // start from the base colour only
+constexpr int kStarColorDistance = 0x8;  // multiply by the distance colour
+constexpr int kStarTextured = 0x10;      // large stars as textured sprites
+constexpr int kStarDepthWrite = 0x20;    // keep depth writing on
+
+class StarList {
+  public:
+    using AllocateFn = void* (*)(std::size_t);
+    using ReleaseFn = void (*)(void*);
+    // Maps an angle from the warp axis (radians) to its warped angle.
+    using SphWarpFn = double (*)(double angle, double angleFrom, double angleTo);
+
+    StarList();
+    ~StarList();
+    StarList(const StarList&) = delete;
+    StarList& operator=(const StarList&) = delete;
+
+    // Replaces the allocate/release pair. Refused (-1) while the list owns any array, so
+    // that every array is released by the pair that made it.
+    int setAllocator(AllocateFn allocateFn, ReleaseFn releaseFn);
+
+    // ---- Star records and dataset files (catalogue/) ----
+    int readStarFiles(int numFiles, const char* const* fileNames, int includeSun, int quiet);
+    int readStarFiles(int numFiles, const char* const* fileNames);
+    int readStarFiles(const char* fileName);
+    int readStarFiles(const char* fileName, int includeSun, int quiet);
+    // A new array made with the allocate function, or null after printing why.
+    StarObj* readStarObj(const char* fileName, int* count, int quiet);
+    void sortStarObj(StarObj** array, int count);
+    void mergeStarObj(StarObj** array, int* count, StarObj* newArray, int newCount);
+    StarObj makeSunRecord() const;
+
+    int getNumStars() const;                     // the Sun not counted
+    int getNumRecords() const { return count; }  // the Sun counted
+    int includesSun() const { return includeSun; }
+    // Read-only view of all records, nearest first (null when there are none).
+    const StarObj* getStarArray() const { return stars; }
+    int getStar(StarObj* record, int index) const;
+    int getStarByHD(StarObj* record, int hd) const;
+    int setStarPosition(int index, const Phc& position);
+    void swapBytes(void* data, int count, int size) const;
+    void getStarParameter(StarParameter* parameters) const;
+    const StarParameter& getStarParameter() const { return param; }
+    const char* getSpectralClassName(int classIndex) const;
+
+    // ---- Star parameter file (catalogue/) ----
+    int readStarParameter(const char* fileName, const char* dataDir = nullptr, int quiet = 0);
+    // Writes through a temporary file in the same folder, renamed over the target at the end.
+    int writeStarParameter(const char* fileName) const;
+    // Writes to an open stream; standard output gets no NOTE lines.
+    void writeStarParameter(std::FILE* out) const;
+
+    // ---- Selections, star motion, local standard of rest (catalogue/) ----
+    int setZRangeOn(double nearW, double farW);
+    int setZRangeOff();
+    int setVMagRangeOn(double minVMag, double maxVMag);
+    int setVMagRangeOff();
+    int setAbsMagRangeOn(double minAbsMag, double maxAbsMag);
+    int setAbsMagRangeOff();
+    int setSptypeRangeOn(int classIndex, float rangeMin, float rangeMax);
+    int setSptypeRangeOff(int classIndex);
+    int setStarAtYear(int year);
+    int getStarAtYear() const { return param.starAtYear; }
+    int setDatasetAtYear(int year);
+    int getDatasetAtYear() const { return param.datasetAtYear; }
+    int setLSR(const double* lsr);
+    void getAverageVelocity(int useVMag, int useZRange, int useSptype, double mean[3]) const;
+    long findZRangeIndex(double w) const;
+    // Index range visited by drawing and picking: all records, or the distance selection's
+    // first..last. last < first means none.
+    void getStarRange(int* first, int* last) const;
+    // Index of the spectral class of a class text: O B A F G K M -> 0..6, anything else 7.
+    static int spectralClassIndex(const char* spectralClass);
+    bool passesSptypeSelection(const StarObj& star) const;
+    bool passesAbsMagSelection(const StarObj& star) const;
+    bool passesVMagSelection(float apparentMag) const;
+
+    // ---- Colormaps (catalogue/) ----
+    int loadColorMapBV(const char* fileName, double bvStart, double bvEnd);
+    int loadColorMapSpType(const char* fileName);
+    int setWhichColorMap(int mode);
+    int getWhichColorMap() const { return param.colorMapMode; }
+    bool hasColorMap() const { return bvColorMap != nullptr || spColorMap != nullptr; }
+    void applyColorMap();
+
+    // ---- Constellations and extrasolar planets (catalogue/) ----
+    int loadConstellations(const char* fileName);
+    int setConstellationColors(const float lineColor[4], const float boundColor[4]);
+    int setConstellationLineWidth(float lineWidth, float boundWidth);
+    int setConstellationStipple(int lineStipple, int boundStipple);
+    int setLabelScale(float labelScale);
+    int loadExtrasolarPlanets(const char* fileName);
+    int setExtrasolarPlanetOrbitScale(float orbitScale);
+
+    // ---- Brightness and point sizing (starrender/) ----
+    float apparentMagnitude(float absMag, double w) const;
+    void drawStars(double currLogScale, int renderFlags, int viewportWidth, int viewportHeight);
+    // The CPU side of drawStars for a given frame: every star visited, classified, coloured,
+    // placed and handed to the sink in the order drawStars draws them.
+    void drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSink& sink);
+    int pickStar(int x, int y, double currLogScale, StarObj* record, float pickSize,
+                 const int* viewport = nullptr);
+    void setPickMode(int on) { pickMode = on; }
+    int getPickMode() const { return pickMode; }
+    int setExposure(float exposure);
+    int setTuneIntensity(float tuneIntensity);
+    int setStarScale(float starScale);
+    int setVMagMin(float vmagMin);
+    int setPtFaint(float ptFaint);
+    int setPtLarge(int ptLarge);
+    int setPXsizeTex(int pxsizeTex);
+    int setStarTextureScale(double texScale);
+    int ptSizeRescaleHint(int flag, float fixedLum);
+    void resetPtSize();
+    float getPtFaint() const { return ptFaint; }
+    int getPtLarge() const { return ptLarge; }
+    int getBucketCapacity() const { return bucketCapacity; }
+
+    // Sphere warp of star directions about an axis.
+    int setSphWarp(const double direction[3], double angleFrom, double angleTo);
+    int setSphWarpFunc(SphWarpFn warpFn);
+    int setSphWarpOn();
+    int setSphWarpOff();
+
+    // ---- Star textures (starrender/) ----
+    int setStarTextureFile(const char* fileName, double texSize);
+    int setStarTextureAiry(float filterSize, float filterCutoff, float telescopeDiam);
+    int setStarTextureGauss(float filterSize, float filterCutoff);
+    int setStarTextureFFT(float filterSize, float filterExp, float filterCutoff, float filterOrder,
+                          const float filterRGB[3], int filterType);
+    int setStarTextureParaFilter(int minFilter, int magFilter);
+    int createStarTexture();
+    unsigned getStarTextureName() const { return textureName; }
+    double getHalfLightRadius() const { return halfLightRadius; }
+
+  private:
+    template <typename T>
+    T* allocateArray(std::size_t n) const;
+    void releaseStars();
+    void releaseColorMaps();
+    void releaseBuckets();
+    // Defined with the constellation and planet code; also called when the stars are replaced.
+    void releaseConstellations();
+    void releaseExtrasolarPlanets();
+
+    // Catalogue internals.
+    int applyStarParameter(const StarParameter& next);
+    void computeMotion();
+    void placeStarsAtYear();
+    void updateZRangeIndex();
+    bool isSunRecord(int index) const;
+
+    // Rendering internals.
+    void rebuildBuckets();
+    void applySphereWarp(StarObj& star) const;
+    void starColour(const StarObj& star, int renderFlags, int coverage, float rgba[4]) const;
+    void deleteStarTexture();
+
+    // ---- Members the catalogue owns, in this order at the start of the object ----
+    AllocateFn allocate;
+    ReleaseFn release;
+    StarObj* stars = nullptr;
+    std::int32_t count = 0;
+    Constellation* constellations = nullptr;
+    std::int32_t numConstellations = 0;
+    ExtrasolarPlanet* planets = nullptr;
+    std::int32_t numPlanets = 0;
+    std::int32_t* mstEdges = nullptr;  // (child, parent) pairs, count - 1 of them
+    std::int32_t pickMode = 0;
+    std::int32_t includeSun = 0;
+
+    // Settings block and its class names.
+    StarParameter param;
+    char spectralClassNames[kNumSpectralClasses][kSpectralClassNameSize];
+    double boundaryRadius = 0.0;  // log10 metres: light travel distance since 1950
+
+    // Distance selection, valid while it is on.
+    std::int32_t zRangeFirst = 0;
+    std::int32_t zRangeLast = -1;
+    bool sortedByW = true;  // false once motion has put the stars out of order
+
+    // Colormaps.
+    BVColorMap* bvColorMap = nullptr;
+    SpColorMap* spColorMap = nullptr;
+
+    // Brightness model and drawing state.
+    std::int32_t exposureActive = 0;
+    std::int32_t tuneIntensityActive = 0;
+    std::int32_t ptLarge = 16;
+    std::int32_t largeLimit = 16 * 1024 * 16;
+    float ptFaint = 0.05f;
+    float baseColor[4] = {1.0f, 1.0f, 1.0f, 1.0f};
+    float plainColor[4] = {0.0f, 0.0f, 0.0f, 1.0f};
+    StarBucketEntry* buckets[kNumPointBuckets] = {};
+    std::int32_t bucketCapacity = 16;
+    std::int32_t bucketCounts[kNumPointBuckets] = {};
+    std::int32_t lumNormMode = 2;  // 1 = brightest star, 2 = fixed luminosity
+    float lumNormFixed = 200000.0f;
+
+    // Sphere warp.
+    bool sphWarpOn = false;
+    double sphWarpDir[3] = {0.0, 0.0, 1.0};
+    double sphWarpAngleFrom = 0.0;
+    double sphWarpAngleTo = 0.0;
+    SphWarpFn sphWarpFn = nullptr;
+
+    // Star texture.
+    unsigned textureName = 0;
+    double halfLightRadius = 0.5;
+};
+
+template <typename T>
+T* StarList::allocateArray(std::size_t n) const {
+    if (n == 0) n = 1;
+    if (n > static_cast<std::size_t>(-1) / sizeof(T)) return nullptr;
+    void* memory = allocate(n * sizeof(T));
+    if (memory == nullptr) return nullptr;
+    T* items = static_cast<T*>(memory);
+    for (std::size_t i = 0; i < n; ++i)
+        new (items + i) T();
+    return items;
+}

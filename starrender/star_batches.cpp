@@ -1,0 +1,185 @@
+// The CPU side of star drawing: every star of the range visited farthest first, filtered,
+// placed relative to the eye, classified into a point-size bucket, coloured, and handed to
+// a sink in batches of one point size.
+
+#include <cmath>
+#include <cstring>
+
+#include "catalogue/star_list.h"
+#include "starrender/brightness_model.h"
+#include "starrender/star_draw_sink.h"
+#include "starrender/star_frame.h"
+
+namespace {
+
+constexpr int kFirstBucket = 2;  // the batch that is open at the start: 1-pixel points
+constexpr double kMinTexScale = 1e-7;
+
+// Points of one size are drawn together. A star of the open batch's size is drawn at once;
+// others wait in their bucket; a full bucket is drawn in place and its size becomes the
+// open batch.
+class PointBatcher {
+  public:
+    PointBatcher(StarBucketEntry* const* buckets, std::int32_t* counts, int capacity,
+                 StarDrawSink& sink)
+        : buckets_(buckets), counts_(counts), capacity_(capacity), sink_(sink) {
+        sink_.beginPoints(kFirstBucket * 0.5f);
+    }
+
+    void add(int b, const double vertex[3], const float rgba[4]) {
+        if (b == current_) {
+            sink_.point(vertex, rgba);
+            return;
+        }
+        if (buckets_[b] != nullptr && counts_[b] < capacity_) {
+            StarBucketEntry& e = buckets_[b][counts_[b]++];
+            std::memcpy(e.pos, vertex, sizeof e.pos);
+            std::memcpy(e.rgba, rgba, sizeof e.rgba);
+            return;
+        }
+        sink_.endPoints();
+        sink_.beginPoints(b * 0.5f);
+        drain(b);
+        sink_.point(vertex, rgba);
+        current_ = b;
+    }
+
+    void finish() {
+        for (int b = 0; b < kNumPointBuckets; ++b) {
+            if (counts_[b] == 0) continue;
+            sink_.endPoints();
+            sink_.beginPoints(b * 0.5f);
+            drain(b);
+        }
+        sink_.endPoints();
+    }
+
+  private:
+    void drain(int b) {
+        for (int i = 0; i < counts_[b]; ++i)
+            sink_.point(buckets_[b][i].pos, buckets_[b][i].rgba);
+        counts_[b] = 0;
+    }
+
+    StarBucketEntry* const* buckets_;
+    std::int32_t* counts_;
+    int capacity_;
+    StarDrawSink& sink_;
+    int current_ = kFirstBucket;
+};
+
+// The drawn vertex of a star from its eye-relative position.
+void vertexFromRel(const Phc& rel, double currLogScale, double vertex[3]) {
+    double depth = rel.w - currLogScale;
+    if (depth > kDepthCompressStart) {
+        depth = (depth - kDepthCompressStart) / kDepthCompressFactor + kDepthCompressStart;
+    }
+    const double r = std::pow(10.0, depth);
+    vertex[0] = rel.x * r;
+    vertex[1] = rel.y * r;
+    vertex[2] = rel.z * r;
+}
+
+}  // namespace
+
+void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSink& sink) {
+    if (param.texScale < kMinTexScale) return;
+    for (std::int32_t& c : bucketCounts)
+        c = 0;
+    int first = 0, last = -1;
+    getStarRange(&first, &last);
+    const double rpp = frame.radiansPerPixel;
+    const float starScale = param.starScale;
+    const double texScale = param.texScale;
+
+    if (pickMode) {
+        for (int i = last; i >= first; --i) {
+            StarObj& s = stars[i];
+            if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
+            EyePlacement pl;
+            if (!placeStar(frame, s.pos, pl)) continue;
+            s.appMag = apparentMagnitude(s.absMag, pl.rel.w);
+            if (!passesVMagSelection(s.appMag)) continue;
+            StarSizeClass cls = classifyStarSize(s.appMag, starScale, rpp, texScale, largeLimit);
+            const int b = cls.visible ? cls.bucket : 1;
+            sink.namedPoint(i, b * 0.5f, pl.vertex);
+        }
+        return;
+    }
+
+    if (first <= last && isSunRecord(first)) ++first;
+    float rgba[4];
+
+    if (!(renderFlags & kStarTextured)) {
+        PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
+        for (int i = last; i >= first; --i) {
+            StarObj& s = stars[i];
+            if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
+            EyePlacement pl;
+            if (!placeStar(frame, s.pos, pl)) continue;
+            s.appMag = apparentMagnitude(s.absMag, pl.rel.w);
+            if (!passesVMagSelection(s.appMag)) continue;
+            StarSizeClass cls = classifyStarSize(s.appMag, starScale, rpp, texScale, largeLimit);
+            if (!cls.visible) continue;
+            starColour(s, renderFlags, cls.coverage, rgba);
+            batcher.add(cls.bucket, pl.vertex, rgba);
+        }
+        batcher.finish();
+        return;
+    }
+
+    // Textured: large stars as sprites now, the others kept for the point pass.
+    const double halfLight = halfLightRadius > 0.0 ? halfLightRadius : 0.5;
+    const float texMin =
+        (param.textureSource == kStarTextureAiry || param.textureSource == kStarTextureFFT)
+            ? 1.0f / 64.0f
+            : 0.0f;
+    sink.beginSprites();
+    for (int i = last; i >= first; --i) {
+        StarObj& s = stars[i];
+        s.drawBucket = 0;
+        if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
+        EyePlacement pl;
+        if (!placeStar(frame, s.pos, pl)) continue;
+        s.appMag = apparentMagnitude(s.absMag, pl.rel.w);
+        if (!passesVMagSelection(s.appMag)) continue;
+        StarSizeClass cls = classifyStarSize(s.appMag, starScale, rpp, texScale, largeLimit);
+        if (!cls.visible) continue;
+        if (cls.bucket < param.pxsizeTex) {
+            s.drawBucket = cls.bucket;
+            s.drawCoverage = cls.coverage;
+            s.eyePos = pl.rel;
+            continue;
+        }
+        StarSprite sp;
+        starColour(s, renderFlags, cls.coverage, sp.rgba);
+        const double* v = pl.vertex;
+        const double dist = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+        const double h = std::tan(cls.bucket * 0.25 * rpp) * dist / halfLight / 2.0;
+        const double hw = h * frame.aspect;
+        const Vec3 d{pl.rel.x, pl.rel.y, pl.rel.z};
+        const Vec3 u = frame.up;
+        const Vec3 x = cross(u, d);
+        const double offsets[4][2] = {{-hw, -h}, {hw, -h}, {-hw, h}, {hw, h}};
+        for (int c = 0; c < 4; ++c) {
+            for (int k = 0; k < 3; ++k) {
+                sp.corner[c][k] = v[k] + offsets[c][0] * x[k] + offsets[c][1] * u[k];
+            }
+        }
+        sp.texMin = texMin;
+        sp.starIndex = i;
+        sink.sprite(sp);
+    }
+    sink.endSprites();
+
+    PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
+    for (int i = last; i >= first; --i) {
+        const StarObj& s = stars[i];
+        if (s.drawBucket == 0) continue;
+        double vertex[3];
+        vertexFromRel(s.eyePos, frame.currLogScale, vertex);
+        starColour(s, renderFlags, s.drawCoverage, rgba);
+        batcher.add(s.drawBucket, vertex, rgba);
+    }
+    batcher.finish();
+}

@@ -1,0 +1,43 @@
+#pragma once
+// What one frame of star drawing needs to know about the camera, taken from the GL
+// matrices, and the eye-relative placement of a star in that frame.
+
+#include "common_package/math/src/phc.h"
+#include "common_package/math/src/vec3.h"
+
+// Beyond this many drawing units from the eye, star depths are compressed so that far stars
+// stay inside the far plane.
+constexpr double kDepthCompressStart = 3.5;
+constexpr double kDepthCompressFactor = 72.0;
+
+struct StarFrame {
+    double currLogScale = 0.0;
+    Phc eye;                   // camera position, normalised (w in log10 metres)
+    Vec3 eyeDrawing;           // camera position in drawing units (10^currLogScale metres)
+    bool eyeAtOrigin = false;  // the camera sits at the origin (eye cannot be normalised)
+    double eyeScale = 1.0;     // 10^(eye.w - currLogScale): the eye's distance in drawing units
+    Vec3 viewDir{0, 0, -1};    // unit viewing direction
+    Vec3 up{0, 1, 0};          // camera up direction, unit
+    double rotation[16] = {1, 0, 0, 0, 0, 1, 0, 0,
+                           0, 0, 1, 0, 0, 0, 0, 1};  // modelview, no translation
+    int viewport[4] = {0, 0, 1, 1};
+    double radiansPerPixel = 1e-3;
+    double aspect = 1.0;
+};
+
+// The frame of a modelview and projection (column-major, as glGetDoublev gives them) and a
+// viewport: eye = -R^T t at w = currLogScale, viewing direction = minus the third row of R,
+// up = its second row, radiansPerPixel = 1 / (height x 0.5 x P[5]) (at least 1e-7),
+// aspect = (height / width) (P[5] / P[0]).
+StarFrame makeStarFrame(const double modelview[16], const double projection[16],
+                        const int viewport[4], double currLogScale);
+
+// A star placed relative to the eye.
+struct EyePlacement {
+    Phc rel;           // star minus eye, normalised (w = lowest double when at the eye)
+    double vertex[3];  // drawn position: the direction times 10^(depth-compressed w - scale)
+};
+
+// Places a star whose current position is normalised. Returns false for a star behind the
+// eye (dot(p, viewing direction) < 0), which is not drawn.
+bool placeStar(const StarFrame& frame, const Phc& starPos, EyePlacement& out);

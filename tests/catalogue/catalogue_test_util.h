@@ -1,0 +1,75 @@
+#pragma once
+// Shared fixtures of the catalogue and star rendering tests: a scratch folder for data files,
+// a few known star lines, and capture of what the code prints.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+
+namespace cattest {
+
+// A scratch folder removed with its files when the test ends.
+class ScratchDir {
+  public:
+    ScratchDir() {
+        char pattern[] = "/tmp/skyrama-catalogue-XXXXXX";
+        const char* made = mkdtemp(pattern);
+        path_ = made != nullptr ? made : "/tmp";
+    }
+    ~ScratchDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
+    const std::string& path() const { return path_; }
+    std::string file(const std::string& name) const { return path_ + "/" + name; }
+    // Writes a file and returns its path.
+    std::string write(const std::string& name, const std::string& content) const {
+        std::string p = file(name);
+        std::ofstream out(p, std::ios::binary);
+        out << content;
+        return p;
+    }
+
+  private:
+    std::string path_;
+};
+
+inline std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+// What a call prints on the standard error stream.
+template <typename F>
+std::string stderrOf(F&& f) {
+    std::fflush(stderr);
+    testing::internal::CaptureStderr();
+    f();
+    std::fflush(stderr);
+    return testing::internal::GetCapturedStderr();
+}
+
+template <typename F>
+std::string stdoutOf(F&& f) {
+    std::fflush(stdout);
+    testing::internal::CaptureStdout();
+    f();
+    std::fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}
+
+// A .star file in parsecs with the given data lines.
+inline std::string starFile(int n, const std::string& lines) {
+    return "NUM_STARS " + std::to_string(n) + "\nSIZE 1 16.4894\n" + lines;
+}
+
+// A full 22-field line: position (pc), 5 % distance error, velocity, errors, B-V,
+// luminosity, colour, spectral class, number, type, HD, HIC, name.
+inline std::string fullLine(double x, double y, double z, const std::string& tail) {
+    char buf[160];
+    std::snprintf(buf, sizeof buf, "%g %g %g 0.05 1 2 3 0.1 0.1 0.1 0.65 1.0 1 1 1 1 ", x, y, z);
+    return buf + tail + "\n";
+}
+
+}  // namespace cattest

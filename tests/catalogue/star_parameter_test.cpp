@@ -1,0 +1,335 @@
+// The star parameter file: the written layout, reading it back, every kind of bad line with
+// its message, and that nothing is applied from a file with an error.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "catalogue/star_list.h"
+#include "tests/catalogue/catalogue_test_util.h"
+
+using cattest::ScratchDir;
+using cattest::stderrOf;
+using cattest::stdoutOf;
+
+namespace {
+
+const std::string kHeader = "Star Parameters\n---------------\n";
+
+const char* const kDefaultBlock =
+    "Star Parameters\n"
+    "---------------\n"
+    "\n"
+    "# constellation lines\n"
+    "# - file for the constellation information\n"
+    "# - color for constellation line and boundary:\t   <RGBA> <RGBA>\n"
+    "# - linewidth for constellation line and boundary: %d %d\n"
+    "# - stipple for constellation line and boundary:   off/<0x\?\?\?\?> off/<0x\?\?\?\?>\n"
+    "constellation_file    = \n"
+    "constellation_colors  =\n"
+    "constellation_width =\n"
+    "constellation_stipple = off off\n"
+    "\n"
+    "# label scale (scale factor for text label in constellation, extrasolar planet, etc)\n"
+    "label_scale = 1.000000\n"
+    "\n"
+    "# extrasolar Planet Catalog\n"
+    "extrasolar_planet_file        = \n"
+    "extrasolar_planet_orbit_scale = 50000.000000\n"
+    "\n"
+    "# star selection criteria [on/off] followed by the range\n"
+    "zRange_selection     = off\n"
+    "Vmag_Range_selection = off\n"
+    "Absmag_Range_selection = off\n"
+    "Sptype_selection     = off O\n"
+    "Sptype_selection     = off B\n"
+    "Sptype_selection     = off A\n"
+    "Sptype_selection     = off F\n"
+    "Sptype_selection     = off G\n"
+    "Sptype_selection     = off K\n"
+    "Sptype_selection     = off M\n"
+    "Sptype_selection     = off Other\n"
+    "\n"
+    "# color Map\n"
+    "# - [no_colormap] or\n"
+    "# - [bv_colormap <file> <bv-start> <bv-end>] or\n"
+    "# - [sp_colormap <file>]\n"
+    "color_map = no_colormap\n"
+    "\n"
+    "# stars with pixel size < pxsizeTex will be rendered as AA point,\n"
+    "# else textured star\n"
+    "pxsizeTex = 4\n"
+    "\n"
+    "# Parameter for textured stars\n"
+    "texSize          = 1.000000 (no in use)\n"
+    "texScale         = 1.000000\n"
+    "texParaMinFilter = GL_LINEAR_MIPMAP_LINEAR\n"
+    "texParaMagFilter = GL_LINEAR\n"
+    "\n"
+    "# parameters to generate star texture (or profile) automatically\n"
+    "filterSize    = 1.000000\n"
+    "filterExp     = 1.000000\n"
+    "filterCutoff  = 1.000000\n"
+    "filterOrder   = 1.000000\n"
+    "filterRGB     = 1.000000 1.000000 1.000000\n"
+    "telescopeDiam = 0.100000\n"
+    "filterType    = circular\n"
+    "\n"
+    "# What kinds of texture for star\n"
+    "texture_source = No\n"
+    "\n"
+    "# exposure and intensity tuning\n"
+    "exposure      = 1.000000\n"
+    "tuneIntensity = 1.000000\n"
+    "\n"
+    "# more parameters to tune the star size\n"
+    "starScale = 1.000000\n"
+    "vmagMin   = 10.000000\n"
+    "\n"
+    "# what time to put our stars and which year the data is taken\n"
+    "starAtYear    = 1991\n"
+    "datasetAtYear = 1991\n"
+    "\n"
+    "# Local Standard of Rest (in km/s) or ((l,b)+speed) where (l,b) are degrees\n"
+    "LSR_KM       = 0.000000 0.000000 0.000000\n"
+    "LSR_LB_SPEED = 0.000000 0.000000 0.000000\n"
+    "\n";
+
+std::string blockText(const StarList& list) {
+    return stdoutOf([&] { list.writeStarParameter(stdout); });
+}
+
+struct ReadResult {
+    int status;
+    std::string err;
+};
+
+ReadResult readParameters(StarList& list, const ScratchDir& dir, const std::string& body,
+                          const char* dataDir = nullptr) {
+    std::string path = dir.write("p.txt", kHeader + body);
+    ReadResult r{};
+    r.err = stderrOf([&] { r.status = list.readStarParameter(path.c_str(), dataDir, 0); });
+    return r;
+}
+
+std::string lineError(int line, const std::string& what) {
+    return "Err(StarList::readStarParameter): (line " + std::to_string(line) + ")\n\t" + what +
+           "\n";
+}
+
+}  // namespace
+
+TEST(StarParameterFile, StandardOutputGetsTheBlockWithoutTheNote) {
+    StarList list;
+    EXPECT_EQ(blockText(list), kDefaultBlock);
+}
+
+TEST(StarParameterFile, AFileGetsTheNoteAndTwoBlankLines) {
+    ScratchDir dir;
+    StarList list;
+    std::string path = dir.file("written.txt");
+    ASSERT_EQ(list.writeStarParameter(path.c_str()), 1);
+    std::string text = cattest::readFile(path);
+    std::string note =
+        "# NOTE : identifier names is important while order is not important (only edit)\n\n\n";
+    std::string expected = kDefaultBlock;
+    expected.insert(kHeader.size() + 1, note);
+    EXPECT_EQ(text, expected);
+}
+
+TEST(StarParameterFile, AWrittenFileReadBackGivesTheSameBlock) {
+    ScratchDir dir;
+    StarList source;
+    ASSERT_EQ(source.setZRangeOn(15.5, 19.25), 1);
+    ASSERT_EQ(source.setVMagRangeOn(-1.5, 6.0), 1);
+    ASSERT_EQ(source.setSptypeRangeOn(4, 0.0f, 4.0f), 1);
+    ASSERT_EQ(source.setSptypeRangeOn(7, 1.0f, 2.5f), 1);
+    ASSERT_EQ(source.setExposure(0.5f), 1);
+    ASSERT_EQ(source.setTuneIntensity(2.0f), 1);
+    ASSERT_EQ(source.setStarScale(0.75f), 1);
+    ASSERT_EQ(source.setVMagMin(6.5f), 1);
+    ASSERT_EQ(source.setPXsizeTex(8), 1);
+    ASSERT_EQ(source.setStarTextureScale(1.5), 1);
+    const float rgb[3] = {1.0f, 0.5f, 0.25f};
+    ASSERT_EQ(source.setStarTextureFFT(0.25f, 2.0f, 0.5f, 3.0f, rgb, _STAR_FILTER_SQUARE), 1);
+    const double lsr[3] = {0.0, 20.0, 0.0};
+    ASSERT_EQ(source.setLSR(lsr), 1);
+    ASSERT_EQ(source.setStarAtYear(2500), 1);
+    const float line[4] = {0.5f, 0.25f, 1, 1}, bound[4] = {0, 0, 1, 0.5f};
+    ASSERT_EQ(source.setConstellationColors(line, bound), 1);
+    ASSERT_EQ(source.setConstellationStipple(0xF0F0, 0), 1);
+
+    std::string path = dir.file("block.txt");
+    ASSERT_EQ(source.writeStarParameter(path.c_str()), 1);
+    StarList copy;
+    std::string out = stdoutOf([&] { EXPECT_EQ(copy.readStarParameter(path.c_str()), 1); });
+    EXPECT_EQ(blockText(copy), blockText(source));
+    StarParameter p;
+    copy.getStarParameter(&p);
+    EXPECT_NEAR(p.lsr[1], 20.0, 1e-9);
+    EXPECT_NEAR(p.lsr[0], 0.0, 1e-5);
+    EXPECT_EQ(p.starAtYear, 2500);
+    EXPECT_EQ(p.sptypeOn, 1);
+}
+
+TEST(StarParameterFile, OnlyTheHeaderAppliesNothing) {
+    ScratchDir dir;
+    StarList list;
+    ReadResult r = readParameters(list, dir, "");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(blockText(list), kDefaultBlock);
+}
+
+TEST(StarParameterFile, EachKindOfBadLineHasItsMessageAndNothingIsApplied) {
+    ScratchDir dir;
+    struct Case {
+        std::string line;
+        std::string message;
+    };
+    const std::vector<Case> cases = {
+        {"exposure = 0", "invalid data input in line [exposure = 0]"},
+        {"vmagMin = 25", "invalid data range in line [vmagMin = 25]"},
+        {"zRange_selection = on 20 10", "invalid data range in line [zRange_selection = on 20 10]"},
+        {"texture_source = File", "not enough input argument in line [texture_source = File]"},
+        {"Exposure = 2", "unknown identifier [Exposure] in line [Exposure = 2]"},
+        {"exposure 2", "invalid data line format in line [exposure 2]"},
+        {"exposure", "not enough input argument in line [exposure]"},
+        {"exposure=2", "not enough input argument in line [exposure=2]"},
+        {"tuneIntensity = -1", "invalid data input in line [tuneIntensity = -1]"},
+        {"starScale = 0", "invalid data input in line [starScale = 0]"},
+        {"filterSize = 1.5", "invalid data range in line [filterSize = 1.5]"},
+        {"filterCutoff = -0.1", "invalid data range in line [filterCutoff = -0.1]"},
+        {"filterExp = 0", "invalid data input in line [filterExp = 0]"},
+        {"filterOrder = -1", "invalid data input in line [filterOrder = -1]"},
+        {"telescopeDiam = 0", "invalid data input in line [telescopeDiam = 0]"},
+        {"filterRGB = 1 0.5", "not enough input argument in line [filterRGB = 1 0.5]"},
+        {"filterRGB = 1 0.5 2", "invalid data range in line [filterRGB = 1 0.5 2]"},
+        {"filterType = triangle", "invalid data input in line [filterType = triangle]"},
+        {"texParaMinFilter = GL_CUBIC", "invalid data input in line [texParaMinFilter = GL_CUBIC]"},
+        {"texParaMagFilter = GL_LINEAR_MIPMAP_LINEAR",
+         "invalid data input in line [texParaMagFilter = GL_LINEAR_MIPMAP_LINEAR]"},
+        {"pxsizeTex = -3", "invalid data input in line [pxsizeTex = -3]"},
+        {"texScale = big", "invalid data input in line [texScale = big]"},
+        {"Vmag_Range_selection = on 3",
+         "not enough input argument in line [Vmag_Range_selection = on 3]"},
+        {"Absmag_Range_selection = maybe",
+         "invalid data input in line [Absmag_Range_selection = maybe]"},
+        {"Sptype_selection = on X 1 2", "invalid data input in line [Sptype_selection = on X 1 2]"},
+        {"Sptype_selection = on", "not enough input argument in line [Sptype_selection = on]"},
+        {"Sptype_selection = on G 5 1", "invalid data range in line [Sptype_selection = on G 5 1]"},
+        {"color_map = bv_colormap f.txt 1 0",
+         "invalid data range in line [color_map = bv_colormap f.txt 1 0]"},
+        {"color_map = bv_colormap f.txt",
+         "not enough input argument in line [color_map = bv_colormap f.txt]"},
+        {"color_map = rainbow", "invalid data input in line [color_map = rainbow]"},
+        {"constellation_colors = 1 1 1",
+         "not enough input argument in line [constellation_colors = 1 1 1]"},
+        {"constellation_stipple = off",
+         "not enough input argument in line [constellation_stipple = off]"},
+        {"constellation_stipple = off zz",
+         "invalid data input in line [constellation_stipple = off zz]"},
+        {"starAtYear = soon", "invalid data input in line [starAtYear = soon]"},
+        {"LSR_KM = 1 2 nan", "invalid data input in line [LSR_KM = 1 2 nan]"},
+        {"exposure = inf", "invalid data input in line [exposure = inf]"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.line);
+        StarList list;
+        ReadResult r = readParameters(
+            list, dir, "# set the epoch first\nstarAtYear = 2000\n\n" + c.line + "   \n");
+        EXPECT_EQ(r.status, -1);
+        EXPECT_EQ(r.err, lineError(6, c.message));
+        EXPECT_EQ(list.getStarAtYear(), 1991);
+    }
+}
+
+TEST(StarParameterFile, AcceptedLinesAndTheirValues) {
+    ScratchDir dir;
+    StarList list;
+    ReadResult r = readParameters(list, dir,
+                                  "constellation_file =\n"
+                                  "Sptype_selection = on G -5 12\n"
+                                  "Sptype_selection = on Other 2 3\n"
+                                  "Sptype_selection = off Other\n"
+                                  "exposure = 0.5\n"
+                                  "exposure = 0.25\n"
+                                  "LSR_LB_SPEED = 90 0 20\n"
+                                  "constellation_stipple = 0xff00 off\n"
+                                  "starAtYear = 2100\n");
+    ASSERT_EQ(r.status, 1) << r.err;
+    StarParameter p;
+    list.getStarParameter(&p);
+    EXPECT_STREQ(p.constellationFile, "");
+    EXPECT_EQ(p.sptypeRangeOn[4], 1);
+    EXPECT_FLOAT_EQ(p.sptypeRange[4][0], -1.0f);
+    EXPECT_FLOAT_EQ(p.sptypeRange[4][1], 10.0f);
+    EXPECT_EQ(p.sptypeRangeOn[7], 0);
+    EXPECT_EQ(p.sptypeOn, 1);
+    EXPECT_FLOAT_EQ(p.exposure, 0.25f);
+    EXPECT_NEAR(p.lsr[0], 0.0, 1e-9);
+    EXPECT_NEAR(p.lsr[1], 20.0, 1e-9);
+    EXPECT_EQ(p.constellationLineStipple, 0xff00);
+    EXPECT_EQ(p.starAtYear, 2100);
+}
+
+TEST(StarParameterFile, AKeyWithoutAValueKeepsTheCurrentConstellationFile) {
+    ScratchDir dir;
+    StarList list;
+    ASSERT_EQ(readParameters(list, dir, "constellation_file = const.txt\n", "/data").status, 1);
+    EXPECT_STREQ(list.getStarParameter().constellationFile, "/data/const.txt");
+    ASSERT_EQ(readParameters(list, dir, "constellation_file = \n").status, 1);
+    EXPECT_STREQ(list.getStarParameter().constellationFile, "/data/const.txt");
+}
+
+TEST(StarParameterFile, ASetterFailureStopsTheLaterGroupsButTheReadSucceeds) {
+    ScratchDir dir;
+    StarList list;
+    ReadResult r =
+        readParameters(list, dir, "exposure = 0.5\ncolor_map = sp_colormap missing.txt\n");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_NE(r.err.find("Err: (loadColorMapSpType) failed to load colormap [missing.txt]\n"),
+              std::string::npos)
+        << r.err;
+    EXPECT_FLOAT_EQ(list.getStarParameter().exposure, 1.0f);  // exposure comes after the colormap
+}
+
+TEST(StarParameterFile, MissingOrForeignFiles) {
+    ScratchDir dir;
+    StarList list;
+    std::string err = stderrOf([&] { EXPECT_EQ(list.readStarParameter(nullptr), -1); });
+    EXPECT_EQ(err, "Err: (NULL) input for readStarParameter\n");
+    std::string missing = dir.file("none.txt");
+    err = stderrOf([&] { EXPECT_EQ(list.readStarParameter(missing.c_str()), -1); });
+    EXPECT_EQ(err, "Err: fail to open [" + missing + "] in readStarParameter\n");
+    err = stderrOf([&] { EXPECT_EQ(list.readStarParameter(missing.c_str(), nullptr, 1), -1); });
+    EXPECT_EQ(err, "");
+    std::string foreign = dir.write("f.txt", "Star Parameters\n=====\nexposure = 2\n");
+    err = stderrOf([&] { EXPECT_EQ(list.readStarParameter(foreign.c_str()), -1); });
+    EXPECT_EQ(err, "Err: invalid header in star parameter file [" + foreign + "]\n");
+    std::string binary = dir.write("b.txt", std::string("\x7f"
+                                                        "ELF\x02\x01\x01\0\0\0",
+                                                        10));
+    err = stderrOf([&] { EXPECT_EQ(list.readStarParameter(binary.c_str()), -1); });
+    EXPECT_EQ(err, "Err: invalid header in star parameter file [" + binary + "]\n");
+}
+
+TEST(StarParameterFile, OverLongLinesAreRejected) {
+    ScratchDir dir;
+    StarList list;
+    std::string longLine = "exposure = 0.5 " + std::string(700, '#');
+    ReadResult r = readParameters(list, dir, longLine + "\n");
+    EXPECT_EQ(r.status, -1);
+    EXPECT_EQ(r.err.rfind("Err(StarList::readStarParameter): (line 3)\n\tline longer than 511", 0),
+              0u)
+        << r.err;
+    EXPECT_FLOAT_EQ(list.getStarParameter().exposure, 1.0f);
+}
+
+TEST(StarParameterFile, WritingToAFolderThatDoesNotExistFailsWithItsMessage) {
+    ScratchDir dir;
+    StarList list;
+    std::string path = dir.file("no/such/folder/p.txt");
+    std::string err = stderrOf([&] { EXPECT_EQ(list.writeStarParameter(path.c_str()), -1); });
+    EXPECT_EQ(err, "Err (writeStarParameter): error writing star parameter to [" + path + "]\n");
+}
