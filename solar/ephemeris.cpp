@@ -2,14 +2,18 @@
 
 #include <climits>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "image/byte_order.h"
 #include "image/data_file.h"
 
 // The file is big-endian and every multi-byte value is reversed as it is read, without
 // asking the host: skyrama runs on little-endian machines only.
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__,
+              "the ephemeris reader reverses every value of its big-endian file");
 
 namespace {
 
