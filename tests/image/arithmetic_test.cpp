@@ -169,10 +169,3 @@ TEST(ArrayHelpers, EdgesOfTheSmallTools) {
     EXPECT_EQ(findInterval(sorted, 3, 31), -1);
     EXPECT_EQ(findInterval(sorted, 0, 1), -1);
 }
-
-TEST(Clock, NowSecondsAdvancesInMilliseconds) {
-    const double a = nowSeconds();
-    EXPECT_GT(a, 1.6e9);  // after 2020
-    EXPECT_NEAR(a * 1000, std::round(a * 1000), 1e-3);
-    EXPECT_GE(nowSeconds(), a);
-}

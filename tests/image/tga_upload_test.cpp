@@ -6,7 +6,6 @@
 
 #include <string>
 
-#include "image/data_file.h"
 #include "image/image_file.h"
 #include "tests/image/image_test_util.h"
 #include "tests/support/gl_test_window.h"
@@ -61,34 +60,4 @@ TEST(TgaUpload, FontSized32BitImageLoadsAsRgba) {
     EXPECT_EQ(wrap, GL_REPEAT);
     EXPECT_EQ(filter, GL_LINEAR);
     glDeleteTextures(1, &texture);
-}
-
-TEST(TgaUpload, RgbAndAlphaImagesAlsoFromTheContainer) {
-    SKYRAMA_REQUIRE_WINDOW(32, 32);
-    ScratchDir dir;
-    writeFile(dir.file("rgb.tga"), tgaFile(2, 16, 24));
-    writeFile(dir.file("alpha.plain"), tgaFile(3, 8, 8));
-    {
-        FILE* in = std::fopen(dir.file("alpha.plain").c_str(), "rb");
-        FILE* out = std::fopen(dir.file("alpha.tga").c_str(), "wb");
-        ASSERT_EQ(PackFromFile(out, in), 1);
-        std::fclose(in);
-        std::fclose(out);
-    }
-    GLuint textures[2] = {0, 0};
-    glGenTextures(2, textures);
-    ASSERT_EQ(loadTGA(dir.file("rgb.tga").c_str(), textures[0]), 1);
-    EXPECT_EQ(internalFormat(textures[0]), GL_RGB);
-    std::vector<unsigned char> rgb(16 * 16 * 3);
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
-    EXPECT_EQ(rgb[3 * 3 + 0], 23);
-    EXPECT_EQ(rgb[3 * 3 + 2], 3);
-
-    ASSERT_EQ(loadTGA(dir.file("alpha.tga").c_str(), textures[1]), 1);
-    EXPECT_EQ(internalFormat(textures[1]), GL_ALPHA);
-    std::vector<unsigned char> alpha(8 * 8);
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_ALPHA, GL_UNSIGNED_BYTE, alpha.data());
-    EXPECT_EQ(alpha[63], 63);
-    glDeleteTextures(2, textures);
 }
