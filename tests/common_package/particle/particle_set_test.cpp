@@ -1,0 +1,303 @@
+// Particle sets without a window: the repeatable random set, the BSP tree over any positions,
+// accessors and their messages, and reading before OpenGL exists.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <array>
+#include <cstdint>
+#include <set>
+#include <string>
+
+#include "common_package/particle/src/particle_internal.h"
+#include "common_package/particle/src/particle_list.h"
+#include "tests/common_package/glm/model_test_util.h"
+
+using modeltest::ScratchDir;
+using modeltest::writeText;
+using testing::internal::CaptureStderr;
+using testing::internal::GetCapturedStderr;
+
+namespace {
+
+// Leaves reached from node, and the deepest level.
+void walk(const BSPNode* node, int depth, std::multiset<int>* leaves, int* deepest) {
+    if (node == nullptr) return;
+    *deepest = std::max(*deepest, depth);
+    if (node->leaf) {
+        leaves->insert(node->index);
+        EXPECT_EQ(node->front, nullptr);
+        return;
+    }
+    EXPECT_EQ(node->index, -1);
+    EXPECT_GE(node->plane[3], 0.0);
+    walk(node->front, depth + 1, leaves, deepest);
+    walk(node->back, depth + 1, leaves, deepest);
+}
+
+// Every particle is a leaf exactly once; returns the depth.
+int checkTree(const ParticleList& list) {
+    std::multiset<int> leaves;
+    int deepest = 0;
+    walk(list.getBSPRoot(), 0, &leaves, &deepest);
+    EXPECT_EQ(static_cast<int>(leaves.size()), list.getNumParticles());
+    for (int i = 0; i < list.getNumParticles(); i++)
+        EXPECT_EQ(leaves.count(i), 1u) << i;
+    return deepest;
+}
+
+// Fills a list with particles at the given positions (metres, exponent 0).
+void placeParticles(ParticleList* list, const std::vector<std::array<double, 3>>& positions) {
+    CaptureStderr();
+    ASSERT_EQ(list->createRandomParticles(static_cast<int>(positions.size())), 1);
+    for (std::size_t i = 0; i < positions.size(); i++) {
+        Particle p;
+        ASSERT_EQ(list->getParticle(static_cast<int>(i), &p), 1);
+        for (int k = 0; k < 3; k++)
+            p.pos[k] = p.currPos[k] = positions[i][k];
+        ASSERT_EQ(list->setParticle(static_cast<int>(i), &p), 1);
+    }
+    GetCapturedStderr();
+}
+
+int buildTree(ParticleList* list, BSPNode** root) {
+    std::vector<int> indices(list->getNumParticles());
+    for (int i = 0; i < list->getNumParticles(); i++)
+        indices[i] = i;
+    *root = list->BSPBuild(indices.data(), static_cast<int>(indices.size()));
+    std::multiset<int> leaves;
+    int deepest = 0;
+    walk(*root, 0, &leaves, &deepest);
+    EXPECT_EQ(static_cast<int>(leaves.size()), list->getNumParticles());
+    return deepest;
+}
+
+}  // namespace
+
+TEST(RandomParticles, TheSameSetOnEveryRun) {
+    ParticleList list;
+    CaptureStderr();
+    ASSERT_EQ(list.createRandomParticles(10), 1);
+    EXPECT_EQ(GetCapturedStderr(), "- build the BSP tree\n  done!\n");
+    EXPECT_EQ(list.getName(), "Generic-Particles");
+    ASSERT_EQ(list.getNumParticles(), 10);
+
+    // The generator by hand: state = state * 214013 + 2531011, value = (state >> 16) & 32767.
+    std::uint32_t state = 9999;
+    auto next = [&state] {
+        state = state * 214013u + 2531011u;
+        return static_cast<double>((state >> 16) & 32767) / 32767.0;
+    };
+    for (int i = 0; i < 10; i++) {
+        Particle p;
+        ASSERT_EQ(list.getParticle(i, &p), 1);
+        for (int k = 0; k < 3; k++)
+            EXPECT_DOUBLE_EQ(p.pos[k], 2.0 * next() - 1.0);
+        EXPECT_EQ(p.pos[3], 0.0);
+        for (int k = 0; k < 4; k++)
+            EXPECT_FLOAT_EQ(p.color[k], static_cast<float>(next()));
+        EXPECT_DOUBLE_EQ(p.size[0], next() * 0.02 + 0.03);
+        EXPECT_EQ(p.currPos[0], p.pos[0]);
+        EXPECT_EQ(p.texName, 0);  // the list has no texture
+        EXPECT_EQ(p.valid, 0);
+    }
+    checkTree(list);
+
+    ParticleList again;
+    CaptureStderr();
+    again.createRandomParticles(10);
+    GetCapturedStderr();
+    for (int i = 0; i < 10; i++) {
+        Particle a, b;
+        list.getParticle(i, &a);
+        again.getParticle(i, &b);
+        EXPECT_EQ(a.pos[0], b.pos[0]);
+        EXPECT_EQ(a.size[0], b.size[0]);
+    }
+
+    CaptureStderr();
+    EXPECT_EQ(list.createRandomParticles(0), -1);
+    EXPECT_EQ(GetCapturedStderr(),
+              "Err (ParticleList::createRandomParticles): input N should be positive.\n");
+    EXPECT_EQ(list.getNumParticles(), 10);
+}
+
+TEST(ParticleTree, EqualPositionsTakeTheAlternatingSplit) {
+    ParticleList list;
+    placeParticles(&list, {{1, 2, 3}, {1, 2, 3}});
+    BSPNode* root = nullptr;
+    EXPECT_EQ(buildTree(&list, &root), 1);
+    ASSERT_NE(root, nullptr);
+    EXPECT_FALSE(root->leaf);
+    EXPECT_EQ(root->front->index, 0);
+    EXPECT_EQ(root->back->index, 1);
+    list.BSPDelete(root);
+
+    // A thousand particles at one place: halved at every level.
+    std::vector<std::array<double, 3>> same(1000, {5, 5, 5});
+    placeParticles(&list, same);
+    EXPECT_LE(buildTree(&list, &root), 10);
+    list.BSPDelete(root);
+}
+
+TEST(ParticleTree, PlanesSeparateDistinctPositions) {
+    ParticleList list;
+    placeParticles(&list, {{-1, 0, 0}, {1, 0, 0}});
+    BSPNode* root = nullptr;
+    buildTree(&list, &root);
+    ASSERT_FALSE(root->leaf);
+    EXPECT_DOUBLE_EQ(std::fabs(root->plane[0]), 1.0);
+    EXPECT_DOUBLE_EQ(root->plane[3], 0.0);
+    // The front child lies on the positive side of the plane.
+    Particle p;
+    list.getParticle(root->front->index, &p);
+    EXPECT_GT(p.pos[0] * root->plane[0], 0.0);
+    list.BSPDelete(root);
+}
+
+TEST(ParticleTree, DepthStaysBoundedForAwkwardPositions) {
+    ParticleList list;
+    // Positions that double along a line: every geometric split is one-sided in size.
+    std::vector<std::array<double, 3>> line;
+    for (int i = 0; i < 600; i++)
+        line.push_back({std::ldexp(1.0, i % 900), 0, 0});
+    placeParticles(&list, line);
+    BSPNode* root = nullptr;
+    EXPECT_LE(buildTree(&list, &root), 48 + 11);
+    list.BSPDelete(root);
+
+    // Nearly equal positions (one unit in the last place apart), and huge exponents.
+    std::vector<std::array<double, 3>> close;
+    for (int i = 0; i < 300; i++)
+        close.push_back({1.0 + i * 2.220446049250313e-16, 1, 1});
+    placeParticles(&list, close);
+    CaptureStderr();
+    EXPECT_LE(buildTree(&list, &root), 48 + 10);
+    GetCapturedStderr();
+    list.BSPDelete(root);
+
+    for (int i = 0; i < list.getNumParticles(); i++) {
+        Particle p;
+        list.getParticle(i, &p);
+        p.pos[3] = p.currPos[3] = (i % 2) ? 400.0 : -400.0;  // beyond the range of doubles
+        if (i % 3 == 0) p.pos[0] = p.currPos[0] = std::nan("");
+        list.setParticle(i, &p);
+    }
+    CaptureStderr();
+    EXPECT_LE(buildTree(&list, &root), 48 + 10);
+    GetCapturedStderr();
+    list.BSPDelete(root);
+}
+
+TEST(ParticleAccessors, RangeChecksAndSetters) {
+    ParticleList list;
+    CaptureStderr();
+    list.createRandomParticles(3);
+    GetCapturedStderr();
+    Particle p;
+    CaptureStderr();
+    EXPECT_EQ(list.getParticle(3, &p), -1);
+    EXPECT_EQ(list.getParticle(0, nullptr), -1);
+    EXPECT_EQ(list.setParticle(-1, &p), -1);
+    EXPECT_EQ(list.setParticle(0, nullptr), -1);
+    list.getParticle(0, &p);
+    p.size[0] = 0.0;
+    EXPECT_EQ(list.setParticle(0, &p), -1);
+    p.size[0] = 1.0;
+    p.texName = 77;
+    EXPECT_EQ(list.setParticle(0, &p), -1);
+    EXPECT_EQ(list.setParticleScale(0.0), -1);
+    EXPECT_EQ(list.setZRange(2.0, 1.0), -1);
+    EXPECT_EQ(GetCapturedStderr(),
+              "Err (ParticleList::getParticle): input i out of range [0,2]\n"
+              "Err (ParticleList::getParticle): input particle is NULL\n"
+              "Err (ParticleList::setParticle): input i out of range [0,2]\n"
+              "Err (ParticleList::setParticle): input particle is NULL\n"
+              "Err (ParticleList::setParticle): input particle size should be positive\n"
+              "Err (ParticleList::setParticle): input particle texName is invalid\n"
+              "Err (setParticleScale): inParticleScale should be positive.\n\n"
+              "Err (ParticleList::setZRange): inLogScaleNear should be smaller than "
+              "inLogScaleFar\n\n");
+    EXPECT_EQ(list.setParticleScale(2.5), 1);
+    EXPECT_EQ(list.getParticleScale(), 2.5);
+    EXPECT_EQ(list.setZRange(1.0, 2.0), 1);
+
+    p.texName = 0;
+    p.pos[0] = 0.5;
+    p.pos[3] = 2.0;
+    p.currPos[0] = 0.25;
+    p.currPos[3] = 2.0;
+    p.color[0] = 0.5f;
+    p.size[0] = 3.0;
+    EXPECT_EQ(list.setParticle(1, &p), 1);
+    CaptureStderr();
+    list.dumpParticle(1);
+    std::string dumped = GetCapturedStderr();
+    EXPECT_EQ(dumped.rfind("- pos     : 0.500000 ", 0), 0u);
+    EXPECT_NE(dumped.find(" (2.000000)\n- currPos : 0.250000 "), std::string::npos);
+    EXPECT_NE(dumped.find("- color   : 0.500000 "), std::string::npos);
+    EXPECT_NE(dumped.find("- size    : 3.000000 (0.000000)\n- texName : 0\n- valid   : false\n"),
+              std::string::npos);
+}
+
+TEST(ParticleTextures, GaussianBlobValues) {
+    std::vector<unsigned char> blob = particledetail::gaussTextureImage(255, 8.0f);
+    ASSERT_EQ(blob.size(), 64u * 64 * 4);
+    // Texel (31, 31): x = y = -0.5, v = 255 exp(-0.5 / 64) = 253.0...
+    EXPECT_EQ(blob[4 * (31 * 64 + 31)], 253);
+    EXPECT_EQ(blob[4 * (31 * 64 + 31) + 3], 253);
+    // Texel (31, 39): x = 7.5, y = -0.5: 255 exp(-56.5 / 64) = 105.3...
+    EXPECT_EQ(blob[4 * (31 * 64 + 39)], 105);
+    EXPECT_EQ(blob[0], 0);
+    std::vector<unsigned char> bright = particledetail::gaussTextureImage(255 * 4, 8.0f);
+    EXPECT_EQ(bright[4 * (31 * 64 + 31)], 255);
+}
+
+TEST(ParticleFilesDeathTest, ReadingBeforeOpenGLEndsTheProcess) {
+    ScratchDir dir;
+    writeText(dir.file("a.prt"), "PARTICLE 1 1 0.0\ntexture g gaussian 255 8\n0 0 0 1 1 1 1 1 g\n");
+    std::string name = dir.file("a.prt");
+    EXPECT_EXIT(
+        {
+            ParticleList list;
+            list.read(name.c_str());
+        },
+        testing::ExitedWithCode(1),
+        "Err \\(read\\) : cannot generate texture before OpenGL initializes!\n"
+        "             please call particleList::read after OpenGL initialized.\n\n");
+}
+
+TEST(ParticleFiles, HeaderErrorsNeedNoWindow) {
+    ScratchDir dir;
+    struct Case {
+        const char* text;
+        std::string message;
+    } cases[] = {
+        {"PARTICLES 1 1\n", "Err : not enough argument (line 1)\n"},
+        {"PARTICLE 0 1 1.0\n", "Err : no particles to read in [" + dir.file("h.prt") + "]\n"},
+        {"PARTICLE 1 -3 1.0\n", "Err : no textures defined in [" + dir.file("h.prt") + "]\n"},
+        {"PARTICLE 1 1 nan\n", "Err : invalid exponent (line 1)\n"},
+        {"PARTICLE 2000000000 1 1.0\ntexture g gaussian 1 1\n",
+         "Err : [" + dir.file("h.prt") +
+             "] is too short for 2000000000 particles and 1 textures\n"},
+        {"\nPARTICLE 1 1 1.0\n", "Err : wrong identifier (line 1)\n      [" + dir.file("h.prt") +
+                                     "] may not be particle file\n      Particle file must start "
+                                     "with [PARTICLE]\n"},
+    };
+    for (const Case& c : cases) {
+        writeText(dir.file("h.prt"), c.text);
+        ParticleList list;
+        CaptureStderr();
+        EXPECT_EQ(list.read(dir.file("h.prt").c_str()), -1);
+        EXPECT_EQ(GetCapturedStderr(), c.message) << c.text;
+        EXPECT_EQ(list.getNumParticles(), 0);
+    }
+    ParticleList list;
+    CaptureStderr();
+    EXPECT_EQ(list.read(dir.file("h.prt").c_str(), true), -1);  // quiet: no identifier message
+    EXPECT_EQ(list.read(dir.file("none.prt").c_str(), true), -1);
+    EXPECT_EQ(GetCapturedStderr(), "");
+    CaptureStderr();
+    EXPECT_EQ(list.read(dir.file("none.prt").c_str()), -1);
+    EXPECT_EQ(GetCapturedStderr(), "Err : can't open [" + dir.file("none.prt") + "] for reading\n");
+}
