@@ -11,12 +11,16 @@
 inline std::string benchEphemerisPath() {
     std::string real = solartest::realEphemerisPath();
     if (!real.empty()) return real;
-    static const std::string written = [] {
+    // Written once per run and removed when the program ends.
+    struct WrittenFile {
         std::string path = solartest::testFilePath("bench.405");
-        solartest::TestEphemerisSpec spec;
-        spec.records = 64;
-        solartest::writeTestEphemeris(path, spec);
-        return path;
-    }();
-    return written;
+        WrittenFile() {
+            solartest::TestEphemerisSpec spec;
+            spec.records = 64;
+            solartest::writeTestEphemeris(path, spec);
+        }
+        ~WrittenFile() { std::remove(path.c_str()); }
+    };
+    static const WrittenFile written;
+    return written.path;
 }

@@ -259,6 +259,7 @@ TEST(Ephemeris, DamagedFilesAreRefusedWithAMessage) {
         EXPECT_EQ(status, -1);
         EXPECT_NE(printed.find("[" + path + "]"), std::string::npos) << printed;
         EXPECT_NE(printed.find(message), std::string::npos) << printed;
+        std::remove(path.c_str());
     }
 
     // A last record cut short is left out; a file shrunk after opening gives a message
