@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <atomic>
+#include <mutex>
 #include <new>
 #include <system_error>
 #include <thread>
@@ -113,29 +115,58 @@ std::uint32_t readBigEndian32(const unsigned char* bytes) {
            std::uint32_t(bytes[2]) << 8 | std::uint32_t(bytes[3]);
 }
 
-// Inflates chunks [from, to) of a checked container, chunk i into out + i * kEzChunkSize,
-// noting each chunk's plain size; stops at the first damaged chunk and notes where and what.
-struct ChunkRange {
-    std::uint32_t from = 0;
-    std::uint32_t to = 0;
-    std::uint32_t damagedAt = 0;
-    const char* damage = nullptr;
-};
+// The chunks of a checked container, handed out in table order to whichever thread asks next;
+// chunk i inflates into out + i * kEzChunkSize. A thread stops at the first damaged chunk it
+// meets, and no chunk after a damage already found is handed out, so every chunk before the
+// first damaged one has been inflated when the threads are done.
+class ChunkQueue {
+  public:
+    ChunkQueue(const unsigned char* packed, const std::vector<std::uint32_t>& offsets,
+               const std::vector<std::uint32_t>& lengths, unsigned char* out,
+               std::vector<std::size_t>& produced)
+        : packed_(packed),
+          offsets_(offsets),
+          lengths_(lengths),
+          out_(out),
+          produced_(produced),
+          count_(static_cast<std::uint32_t>(offsets.size())),
+          firstDamage_(count_) {}
 
-void inflateChunks(const unsigned char* packed, const std::vector<std::uint32_t>& offsets,
-                   const std::vector<std::uint32_t>& lengths, unsigned char* out,
-                   std::vector<std::size_t>& produced, ChunkRange& range) {
-    ChunkInflater inflater;
-    for (std::uint32_t i = range.from; i < range.to; ++i) {
-        const char* damage = inflater.inflateChunk(
-            packed + offsets[i], lengths[i], out + std::size_t(i) * kEzChunkSize, &produced[i]);
-        if (damage != nullptr) {
-            range.damagedAt = i;
-            range.damage = damage;
-            return;
+    void work() {
+        ChunkInflater inflater;
+        for (;;) {
+            const std::uint32_t i = next_.fetch_add(1);
+            if (i >= count_ || i >= firstDamage_.load()) return;
+            const char* damage =
+                inflater.inflateChunk(packed_ + offsets_[i], lengths_[i],
+                                      out_ + std::size_t(i) * kEzChunkSize, &produced_[i]);
+            if (damage != nullptr) {
+                std::lock_guard<std::mutex> lock(mutex_);
+                if (i < firstDamage_.load()) {
+                    firstDamage_.store(i);
+                    damage_ = damage;
+                }
+                return;
+            }
         }
     }
-}
+
+    // The first damaged chunk (the chunk count when none) and what was wrong with it.
+    std::uint32_t firstDamage() const { return firstDamage_.load(); }
+    const char* damage() const { return damage_; }
+
+  private:
+    const unsigned char* packed_;
+    const std::vector<std::uint32_t>& offsets_;
+    const std::vector<std::uint32_t>& lengths_;
+    unsigned char* out_;
+    std::vector<std::size_t>& produced_;
+    const std::uint32_t count_;
+    std::atomic<std::uint32_t> next_{0};
+    std::atomic<std::uint32_t> firstDamage_;
+    std::mutex mutex_;
+    const char* damage_ = nullptr;
+};
 
 // Reads the container at the file's position into plain. Returns 1, or -1 after reporting
 // damage; plain then holds the content of the chunks before the damaged one.
@@ -146,8 +177,8 @@ void inflateChunks(const unsigned char* packed, const std::vector<std::uint32_t>
 // one another in table order without overlapping, as the writer lays them out. That bounds
 // the content by what the file can hold.
 //
-// Chunks are independent, so a container of many chunks is inflated by two threads, each
-// taking half of the chunks into its place in the output; the output is then closed up in
+// Chunks are independent, so a container of many chunks is inflated by two threads taking
+// chunks in turn, each chunk into its place in the output; the output is then closed up in
 // table order (only a chunk shorter than kEzChunkSize before the last one moves anything).
 int inflateContainer(FILE* file, const char* inputName, imageio::MemoryBytes& plain) {
     const long long start = ftello(file);
@@ -197,24 +228,24 @@ int inflateContainer(FILE* file, const char* inputName, imageio::MemoryBytes& pl
     const std::size_t base = plain.size();
     const std::size_t full = std::size_t(count) * kEzChunkSize;
     std::vector<std::size_t> produced;
-    ChunkRange first{0, count, count, nullptr};
-    ChunkRange second{count, count, count, nullptr};
+    std::uint32_t good = count;
+    const char* damage = nullptr;
     if (full <= kExpectedContentLimit) {
         produced = allocateOrExit<std::size_t>(count, "[ReadDeflateZip]: No memory for outbuf\n");
         if (!plain.resize(base + full)) outOfMemory("[ReadDeflateZip]: No memory for outbuf\n");
+        ChunkQueue queue(packed.data(), offsets, lengths, plain.data() + base, produced);
         std::thread helper;
         if (count >= kChunksForTwoThreads && std::thread::hardware_concurrency() > 1) {
-            first.to = second.from = count / 2;
             try {
-                helper = std::thread(inflateChunks, packed.data(), std::cref(offsets),
-                                     std::cref(lengths), plain.data() + base, std::ref(produced),
-                                     std::ref(second));
+                helper = std::thread(&ChunkQueue::work, &queue);
             } catch (const std::system_error&) {
-                first.to = second.from = count;  // no thread to be had: one does it all
+                // No thread to be had: this one does it all.
             }
         }
-        inflateChunks(packed.data(), offsets, lengths, plain.data() + base, produced, first);
+        queue.work();
         if (helper.joinable()) helper.join();
+        good = queue.firstDamage();
+        damage = queue.damage();
     } else {
         // Chunk by chunk at the running end of a buffer that grows as the content comes.
         ChunkInflater inflater;
@@ -223,11 +254,11 @@ int inflateContainer(FILE* file, const char* inputName, imageio::MemoryBytes& pl
             if (!plain.resize(used + kEzChunkSize))
                 outOfMemory("[ReadDeflateZip]: No memory for outbuf\n");
             std::size_t size = 0;
-            const char* damage = inflater.inflateChunk(packed.data() + offsets[i], lengths[i],
-                                                       plain.data() + used, &size);
-            if (damage != nullptr) {
+            const char* chunkDamage = inflater.inflateChunk(packed.data() + offsets[i], lengths[i],
+                                                            plain.data() + used, &size);
+            if (chunkDamage != nullptr) {
                 plain.resize(used);
-                reportDamage(inputName, damage);
+                reportDamage(inputName, chunkDamage);
                 return -1;
             }
             used += size;
@@ -235,8 +266,6 @@ int inflateContainer(FILE* file, const char* inputName, imageio::MemoryBytes& pl
         plain.resize(used);
         return 1;
     }
-    const ChunkRange& damaged = first.damage != nullptr ? first : second;
-    const std::uint32_t good = damaged.damage != nullptr ? damaged.damagedAt : count;
     std::size_t used = base;
     for (std::uint32_t i = 0; i < good; ++i) {
         unsigned char* chunk = plain.data() + base + std::size_t(i) * kEzChunkSize;
@@ -244,8 +273,8 @@ int inflateContainer(FILE* file, const char* inputName, imageio::MemoryBytes& pl
         used += produced[i];
     }
     plain.resize(used);
-    if (damaged.damage != nullptr) {
-        reportDamage(inputName, damaged.damage);
+    if (damage != nullptr) {
+        reportDamage(inputName, damage);
         return -1;
     }
     return 1;
