@@ -128,10 +128,15 @@ TEST(ObjMaterials, LibraryColoursShininessAndGroupMaterials) {
     writeText(dir.file("colours.mtl"),
               "# two materials\n"
               "newmtl red\nKd 1 0 0\nKa 0.1 0.2 0.3 0.5\nNs 500\n"
-              "newmtl blue\nKd 0 0 1 0.25\nKs 1 1 1\n");
+              "newmtl blue\nKd 0 0 1 0.25\nKs 1 1 1\nKa 0.5\n");
+    CaptureStderr();
     ModelPtr m = readModel(dir, std::string("mtllib colours.mtl\n") + kNineVertices +
                                     "g a\nusemtl blue\nf 1 2 3\ng b\nusemtl nosuch\nf 2 3 4\n");
+    EXPECT_EQ(GetCapturedStderr(),
+              "glmReadMTL(): (line 9) Ka needs three or four values; line ignored.\n"
+              "glmFindMaterial():  can't find material \"nosuch\".\n");
     ASSERT_TRUE(m);
+    EXPECT_FLOAT_EQ(m->materials[2].ambient[0], 0.2f);
     EXPECT_EQ(m->mtllibname, "colours.mtl");
     ASSERT_EQ(m->nummaterials, 3u);
     EXPECT_EQ(m->materials[0].name, "default");
@@ -347,4 +352,30 @@ TEST(ObjFiles, DirectoryNames) {
     EXPECT_EQ(glmDirName("C:\\models\\earth.obj"), "C:\\models\\");
     EXPECT_EQ(glmDirName("earth.obj"), "");
     EXPECT_EQ(glmDirName("/"), "/");
+}
+
+namespace {
+int allocations = 0, releases = 0;
+void* countingAllocate(std::size_t bytes) {
+    allocations++;
+    return std::malloc(bytes);
+}
+void countedRelease(void* p) {
+    if (p != nullptr) releases++;
+    std::free(p);
+}
+}  // namespace
+
+TEST(ObjFiles, ModelsUseTheAllocatorPairTheyWereMadeWith) {
+    ScratchDir dir;
+    writeText(dir.file("c.mtl"), "newmtl a\n");
+    writeText(dir.file("c.obj"), std::string("mtllib c.mtl\n") + kNineVertices + "g x\nf 1 2 3\n");
+    glmSetAllocator(countingAllocate, countedRelease);
+    GLMmodel* m = glmReadOBJ(dir.file("c.obj").c_str());
+    glmSetAllocator(nullptr, nullptr);  // the model keeps releasing through its own pair
+    ASSERT_NE(m, nullptr);
+    glmFacetNormals(m);
+    glmDelete(m);
+    EXPECT_GT(allocations, 5);
+    EXPECT_EQ(releases, allocations);
 }

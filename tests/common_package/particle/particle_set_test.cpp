@@ -301,3 +301,28 @@ TEST(ParticleFiles, HeaderErrorsNeedNoWindow) {
     EXPECT_EQ(list.read(dir.file("none.prt").c_str()), -1);
     EXPECT_EQ(GetCapturedStderr(), "Err : can't open [" + dir.file("none.prt") + "] for reading\n");
 }
+
+namespace {
+int allocations = 0, releases = 0;
+void* countingAllocate(std::size_t bytes) {
+    allocations++;
+    return std::malloc(bytes);
+}
+void countedRelease(void* p) {
+    if (p != nullptr) releases++;
+    std::free(p);
+}
+}  // namespace
+
+TEST(ParticleAccessors, ArraysAndTreeGoThroughTheListsAllocator) {
+    {
+        ParticleList list;
+        ASSERT_EQ(list.setAllocator(countingAllocate, countedRelease), 1);
+        CaptureStderr();
+        list.createRandomParticles(50);
+        GetCapturedStderr();
+        EXPECT_EQ(list.setAllocator(nullptr, nullptr), -1);  // not while it holds particles
+        EXPECT_GE(allocations, 50);  // the array and one node per particle at least
+    }
+    EXPECT_EQ(releases, allocations);
+}
