@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "common_package/glm/src/glm.h"
@@ -95,7 +96,34 @@ class ObjReader {
     GLMmodel* model_;
     TextCursor cursor_;
     int warnings_ = 0;
+    // Names looked up by hash while reading, so that files with many groups or materials
+    // read in linear time; the results are those of glmAddGroup and glmFindMaterial.
+    std::unordered_map<std::string, GLMgroup*> groupsByName_;
+    std::unordered_map<std::string, GLuint> materialsByName_;
+    GLMgroup* addGroup(const std::string& name);
+    GLuint findMaterial(const std::string& name);
 };
+
+GLMgroup* ObjReader::addGroup(const std::string& name) {
+    auto found = groupsByName_.find(name);
+    if (found != groupsByName_.end()) return found->second;
+    GLMgroup* group = newGroup(model_, name);  // as glmAddGroup: prepended
+    group->next = model_->groups;
+    model_->groups = group;
+    model_->numgroups++;
+    groupsByName_.emplace(name, group);
+    return group;
+}
+
+GLuint ObjReader::findMaterial(const std::string& name) {
+    if (materialsByName_.empty()) {
+        for (GLuint i = model_->nummaterials; i-- > 0;)
+            materialsByName_[model_->materials[i].name] = i;
+    }
+    auto found = materialsByName_.find(name);
+    if (found != materialsByName_.end()) return found->second;
+    return glmFindMaterial(model_, name.c_str());  // prints the message, gives material 0
+}
 
 void ObjReader::warn(const char* format, int line) {
     warnings_++;
@@ -116,7 +144,7 @@ bool ObjReader::countElement(GLuint* count, const char* what) {
 
 bool ObjReader::firstPass() {
     GLMmodel* model = model_;
-    GLMgroup* group = glmAddGroup(model, "default");
+    GLMgroup* group = addGroup("default");
     GLuint numvertices = 0, numnormals = 0, numtexcoords = 0, numtriangles = 0;
     std::string_view token;
     while (cursor_.nextToken(&token)) {
@@ -151,7 +179,7 @@ bool ObjReader::firstPass() {
             }
             case 'g': {
                 std::string name(cursor_.restOfLine());
-                group = glmAddGroup(model, name.c_str());
+                group = addGroup(name);
                 break;
             }
             case 'f': {
@@ -245,7 +273,7 @@ bool ObjReader::cornerInRange(const Corner& c, FaceForm form, int line) {
 void ObjReader::secondPass() {
     GLMmodel* model = model_;
     cursor_.rewind();
-    GLMgroup* group = glmFindGroup(model, "default");
+    GLMgroup* group = addGroup("default");
     GLuint material = 0;
     GLuint numvertices = 1, numnormals = 1, numtexcoords = 1, numtriangles = 0;
     std::string_view token;
@@ -275,14 +303,14 @@ void ObjReader::secondPass() {
             }
             case 'u': {
                 std::string name(firstWord(cursor_.restOfLine()));
-                material = glmFindMaterial(model, name.c_str());
+                material = findMaterial(name);
                 group->material = material;
                 break;
             }
             case 'g': {
                 std::string name(cursor_.restOfLine());
-                GLMgroup* found = glmFindGroup(model, name.c_str());
-                if (found != nullptr) group = found;
+                auto found = groupsByName_.find(name);
+                if (found != groupsByName_.end()) group = found->second;
                 group->material = material;
                 break;
             }
