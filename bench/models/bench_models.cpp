@@ -39,8 +39,18 @@ std::string writeGrid(int n) {
     return name;
 }
 
+// The grid file, removed with its folder when the program ends.
+struct GridFile {
+    std::string name = writeGrid(224);
+    ~GridFile() {
+        std::remove(name.c_str());
+        std::remove(name.substr(0, name.rfind('/')).c_str());
+    }
+};
+
 void BM_ReadObj100kTriangles(benchmark::State& state) {
-    static const std::string name = writeGrid(224);
+    static const GridFile grid;
+    const std::string& name = grid.name;
     for (auto _ : state) {
         GLMmodel* model = glmReadOBJQuiet(name.c_str());
         if (model == nullptr || model->numtriangles != 2u * 224 * 224) {
