@@ -1,0 +1,232 @@
+// The running viewer driven by keys and the mouse through the X server (xdotool): frame
+// jumps, playback toggles, sensitivity, sheared quarters, the view printout, screen dumps,
+// a middle-button drag and the quit question.
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "image/pnm_file.h"
+#include "tests/framework/process_helper.h"
+#include "tests/framework/test_scene.h"
+
+namespace {
+
+const std::string kScripts = SKYRAMA_SOURCE_DIR "/tests/framework/scripts/";
+
+int tagCounter = 0;
+
+// The test viewer on a script, with the "=" state key, found by a tag in its title.
+class RunningViewer : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!fwtest::haveDisplay()) GTEST_SKIP() << "no display";
+        if (!fwtest::haveProgram("xdotool")) GTEST_SKIP() << "no xdotool";
+        dir_ = fwtest::freshDir("viewer_keys");
+    }
+
+    void start(const std::string& script, const std::vector<std::string>& sceneWords = {}) {
+        const std::string tag =
+            "keys-" + std::to_string(getpid()) + "-" + std::to_string(tagCounter++);
+        std::vector<std::string> argv{TEST_VIEWER, kScripts + script, tag, "keys"};
+        argv.insert(argv.end(), sceneWords.begin(), sceneWords.end());
+        fwtest::RunOptions options;
+        options.workingDir = dir_;
+        viewer_ = std::make_unique<fwtest::BackgroundProgram>(argv, options);
+        ASSERT_TRUE(viewer_->started());
+        window_ =
+            fwtest::findWindow(tag);  // a regular expression: the tag has no special characters
+        ASSERT_FALSE(window_.empty()) << viewer_->err();
+        fwtest::sleepSeconds(0.3);
+    }
+
+    void keys(const std::vector<std::string>& k) { fwtest::pressKeys(window_, k); }
+
+    // The scene's last "state ..." line after pressing "=".
+    std::string state() {
+        keys({"equal"});
+        const auto lines = fwtest::linesStartingWith(viewer_->out(), "state ");
+        return lines.empty() ? "" : lines.back();
+    }
+    double stateValue(const std::string& name) {
+        const std::string s = state();
+        const std::size_t at = s.find(name + "=");
+        return at == std::string::npos ? -1e9 : std::atof(s.c_str() + at + name.size() + 1);
+    }
+
+    std::string dir_;
+    std::unique_ptr<fwtest::BackgroundProgram> viewer_;
+    std::string window_;
+};
+
+}  // namespace
+
+TEST_F(RunningViewer, FunctionKeysJumpAcrossTheMovie) {
+    ASSERT_NO_FATAL_FAILURE(start("twentyone_frames.scp"));
+    keys({"F10"});
+    EXPECT_EQ(20.0, stateValue("frame"));
+    keys({"F5"});
+    EXPECT_EQ(8.0, stateValue("frame"));  // 20 x 4 / 9
+    keys({"F1"});
+    EXPECT_EQ(0.0, stateValue("frame"));
+    keys({"Next", "Right", "Right"});  // Page Down at frame 0 stays; two frames on
+    EXPECT_EQ(2.0, stateValue("frame"));
+    keys({"Prior", "Home", "Home", "Home"});  // Page Up: keyframe 10; then +5 twice, held at 20
+    EXPECT_EQ(20.0, stateValue("frame"));
+    keys({"less", "End"});
+    EXPECT_EQ(14.0, stateValue("frame"));
+}
+
+TEST_F(RunningViewer, SensitivityHalvesDownToAHundredth) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
+    keys(std::vector<std::string>(8, "braceleft"));
+    EXPECT_DOUBLE_EQ(0.01, stateValue("sensitivity"));
+    keys(std::vector<std::string>(10, "braceright"));
+    EXPECT_DOUBLE_EQ(5.0, stateValue("sensitivity"));
+}
+
+TEST_F(RunningViewer, XTwicePlaysOnceThenStops) {
+    ASSERT_NO_FATAL_FAILURE(start("long.scp"));
+    keys({"x"});
+    fwtest::sleepSeconds(0.3);
+    const std::string playing = state();
+    EXPECT_NE(std::string::npos, playing.find("playCount=1")) << playing;
+    keys({"x"});
+    const double stoppedAt = stateValue("frame");
+    EXPECT_NE(std::string::npos, state().find("playCount=0"));
+    EXPECT_GT(stoppedAt, 0.0);
+    fwtest::sleepSeconds(0.3);
+    EXPECT_EQ(stoppedAt, stateValue("frame"));
+    EXPECT_EQ(2, fwtest::countLines(viewer_->err(), "Play every frame"));
+}
+
+TEST_F(RunningViewer, RealTimePlaybackReachesTheEndAndLoopsWhenAsked) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp", {"log-draws"}));
+    keys({"X"});
+    fwtest::sleepSeconds(0.4);
+    EXPECT_NE(std::string::npos, state().find("frame=2.0 sensitivity=1 playCount=0"));
+    const std::string err = viewer_->err();
+    EXPECT_EQ(1, fwtest::countLines(err, "Play at realtime (may skip frames)"));
+    EXPECT_EQ(1, fwtest::countLines(err, "-> Frame: [2.0]"));
+
+    keys({"Z"});  // loop: after the last frame comes frame 0 again
+    fwtest::sleepSeconds(0.5);
+    keys({"Z"});
+    const std::string out = viewer_->out();
+    const std::size_t firstLast = out.find("draw 2.0");
+    ASSERT_NE(std::string::npos, firstLast);
+    EXPECT_NE(std::string::npos, out.find("draw 0.0", out.find("draw 2.0", firstLast + 1)));
+}
+
+TEST_F(RunningViewer, F12FiveTimesComesBackToTheNormalProjection) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
+    keys({"F12", "F12", "F12", "F12", "F12", "i"});
+    const std::string err = viewer_->err();
+    const char* quarters[] = {"left-top", "right-top", "left-bottom", "right-bottom"};
+    std::size_t at = 0;
+    for (const char* q : quarters) {
+        const std::string line = std::string("sheared view (zoom to ") + q + ")\n";
+        EXPECT_EQ(1, fwtest::countLines(err, line.substr(0, line.size() - 1))) << q;
+        const std::size_t found = err.find(line, at);
+        EXPECT_NE(std::string::npos, found) << q;  // in this order
+        at = found == std::string::npos ? at : found;
+    }
+    // Normal projection again: the symmetric perspective of fovy 40 and aspect 4:3.
+    EXPECT_NE(std::string::npos, err.find("Projection:\n"
+                                          "  2.061   0.000   0.000   0.000\n"
+                                          "  0.000   2.747   0.000   0.000\n"));
+    keys({"F11"});  // one step back: the last quarter
+    EXPECT_EQ(2, fwtest::countLines(viewer_->err(), "sheared view (zoom to right-bottom)"));
+}
+
+TEST_F(RunningViewer, CurrentViewPrintout) {
+    ASSERT_NO_FATAL_FAILURE(start("twentyone_frames.scp"));
+    keys({"F10", "i"});
+    const std::string err = viewer_->err();
+    const std::size_t at = err.find("\nCurrent View\n");
+    ASSERT_NE(std::string::npos, at) << err;
+    // Frame 20: the eye at (2, 0, 3) m, normalised; looking down -z, fovy 45, aspect 4:3.
+    // (The direction is minus a row of the matrix: its zeros print as -0.00000.)
+    EXPECT_EQ(
+        "\nCurrent View\n"
+        "viewPos   = 0.55470 -0.00000 0.83205 0.55697\n"
+        "viewDir   = -0.00000 -0.00000 -1.00000\n"
+        "viewUp    = 0.00000 1.00000 0.00000\n"
+        "fovy      = 45.00000\n"
+        "aspect    = 1.33333\n"
+        "Modelview:\n"
+        "  1.000   0.000   0.000   0.000\n"
+        "  0.000   1.000   0.000   0.000\n"
+        "  0.000   0.000   1.000   0.000\n"
+        " -0.555   0.000  -0.832   1.000\n"
+        "Projection:\n"
+        "  1.811   0.000   0.000   0.000\n"
+        "  0.000   2.414   0.000   0.000\n"
+        "  0.000   0.000  -1.000  -1.000\n"
+        "  0.000   0.000  -0.020   0.000\n"
+        "Viewport: 0 0 96 72\n",
+        err.substr(at));
+}
+
+TEST_F(RunningViewer, InsertDumpsTheScreenWithACounter) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
+    keys({"Insert", "Insert", "Insert"});
+    for (int i = 0; i < 3; ++i) {
+        const std::string name = "screen.000" + std::to_string(i) + ".pnm";
+        EXPECT_EQ(1, fwtest::countLines(viewer_->err(), "Screen dumped to file [" + name + "]."));
+        int w = 0, h = 0, c = 0;
+        const auto data = read_pnm((dir_ + "/" + name).c_str(), &w, &h, &c);
+        ASSERT_EQ(64u * 48u * 3u, data.size()) << name;
+        const TestRgb bg = backgroundFor(0.0);  // the picture, not black
+        EXPECT_EQ(bg.r, data[0]);
+        EXPECT_EQ(bg.g, data[1]);
+        EXPECT_EQ(bg.b, data[2]);
+    }
+}
+
+TEST_F(RunningViewer, MiddleDragMovesTheViewByTheSensitivity) {
+    ASSERT_NO_FATAL_FAILURE(start("twentyone_frames.scp", {"mouse-log"}));
+    keys({"braceleft"});  // sensitivity 0.5
+    fwtest::xdotool({"mousemove", "--window", window_, "20", "30"});
+    fwtest::sleepSeconds(0.2);
+    fwtest::xdotool({"mousedown", "2"});
+    fwtest::sleepSeconds(0.2);
+    for (int x = 30; x <= 60; x += 10) {
+        fwtest::xdotool({"mousemove", "--window", window_, std::to_string(x), "30"});
+        fwtest::sleepSeconds(0.1);
+    }
+    fwtest::xdotool({"mouseup", "2"});
+    fwtest::sleepSeconds(0.2);
+    keys({"i"});
+    // 40 pixels x 0.5 x 0.01 x 45 / 90 = 0.1 to the right, in eye space.
+    EXPECT_NE(std::string::npos, viewer_->err().find("Modelview:\n"
+                                                     "  1.000   0.000   0.000   0.000\n"
+                                                     "  0.000   1.000   0.000   0.000\n"
+                                                     "  0.000   0.000   1.000   0.000\n"
+                                                     "  0.100   0.000  -1.000   1.000\n"))
+        << viewer_->err();
+    // The scene saw the press and the release, y counted from the bottom (72 - 1 - 30).
+    EXPECT_NE(std::string::npos, viewer_->out().find("mouse 1 0 20 41 modifiers=0"));
+    EXPECT_NE(std::string::npos, viewer_->out().find("mouse 1 1 60 41 modifiers=0"));
+}
+
+TEST_F(RunningViewer, QuitAsksFirstAndTheSceneWaitsForTheAnswer) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
+    keys({"q"});
+    keys({"equal"});  // the question is open: the scene gets nothing
+    EXPECT_TRUE(fwtest::linesStartingWith(viewer_->out(), "state ").empty());
+    keys({"Escape"});  // No
+    EXPECT_TRUE(viewer_->running());
+    EXPECT_FALSE(state().empty());
+    keys({"q", "n"});
+    EXPECT_TRUE(viewer_->running());
+    keys({"Escape", "y"});  // Escape asks again; y answers Yes
+    EXPECT_EQ(0, viewer_->wait(5.0));
+    EXPECT_NE(std::string::npos, viewer_->out().find("quitScene\n"));
+}

@@ -1,0 +1,205 @@
+// The panel host in a real window, driven through the X server with xdotool: clicks and keys
+// go to the panel when it wants them and to the scene otherwise, a quick click is not lost,
+// a drag that began in the scene ends there, and the modal question holds all input back.
+
+#include <gtest/gtest.h>
+
+#include <GL/freeglut.h>
+#include <imgui.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/message_box.h"
+#include "platform/panel_host.h"
+#include "tests/support/gl_test_window.h"
+
+namespace {
+
+constexpr int kWidth = 400, kHeight = 300, kColumn = 200;
+
+std::vector<platform::InputEvent> sceneEvents;
+int buttonClicks = 0;
+char text[64] = "";
+std::string windowName;
+
+void record(const platform::InputEvent& e) {
+    sceneEvents.push_back(e);
+}
+
+void buildPanel() {
+    if (ImGui::Button("Press me", ImVec2(-1.0f, 40.0f))) ++buttonClicks;
+    ImGui::InputText("##text", text, sizeof text);
+}
+
+void display() {
+    const bool ui = platform::beginInterfaceFrame();
+    glClearColor(0.1f, 0.1f, 0.1f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+    if (ui) platform::drawInterface();
+    glutSwapBuffers();
+}
+
+// Lets GLUT deliver events and draw frames for a while.
+void pump(double seconds) {
+    const auto end = std::chrono::steady_clock::now() +
+                     std::chrono::milliseconds(static_cast<int>(seconds * 1000));
+    while (std::chrono::steady_clock::now() < end) {
+        glutPostRedisplay();
+        glutMainLoopEvent();
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+void xdo(const std::string& words) {
+    const std::string command = "xdotool " + words + " >/dev/null 2>&1";
+    ASSERT_EQ(0, std::system(command.c_str())) << command;
+    pump(0.25);
+}
+
+void clickAt(int x, int y, int button = 1) {
+    xdo("mousemove --window $(xdotool search --name '" + windowName + "' | head -1) " +
+        std::to_string(x) + " " + std::to_string(y) + " click " + std::to_string(button));
+}
+
+int countKind(platform::InputKind kind) {
+    int n = 0;
+    for (const auto& e : sceneEvents)
+        n += e.kind == kind ? 1 : 0;
+    return n;
+}
+
+class PanelHost : public ::testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        if (std::getenv("DISPLAY") == nullptr ||
+            std::system("command -v xdotool >/dev/null") != 0) {
+            return;
+        }
+        if (!testsupport::openTestWindow(kWidth, kHeight)) return;
+        windowName = "panel-host-test-" + std::to_string(getpid());
+        glutSetWindowTitle(windowName.c_str());
+        glutDisplayFunc(display);
+        platform::HostCallbacks callbacks;
+        callbacks.input = record;
+        platform::initPanelHost(glutGetWindow(), callbacks);
+        platform::setPanelColumnWidth(kColumn);
+        platform::createPanel(buildPanel, platform::PanelPlacement::RightColumn);
+        pump(0.5);
+        const std::string focus =
+            "xdotool windowfocus --sync $(xdotool search --name '" + windowName + "' | head -1)";
+        ready = std::system(focus.c_str()) == 0;
+        pump(0.3);
+    }
+    void SetUp() override {
+        if (!ready) GTEST_SKIP() << "no display or no xdotool";
+        clickAt(50, 150);  // a click in the scene: no text field keeps the keyboard
+        sceneEvents.clear();
+        buttonClicks = 0;
+    }
+    static bool ready;
+};
+bool PanelHost::ready = false;
+
+}  // namespace
+
+TEST_F(PanelHost, TheRightColumnBelongsToThePanel) {
+    int x = -1, y = -1, w = -1, h = -1;
+    platform::freeViewportArea(x, y, w, h);
+    EXPECT_EQ(0, x);
+    EXPECT_EQ(0, y);
+    EXPECT_EQ(kWidth - kColumn, w);
+    EXPECT_EQ(kHeight, h);
+}
+
+TEST_F(PanelHost, AQuickClickOnAPanelButtonCountsOnceAndStaysInThePanel) {
+    clickAt(300, 30);
+    pump(0.3);
+    EXPECT_EQ(1, buttonClicks);
+    EXPECT_EQ(0, countKind(platform::InputKind::Mouse));
+}
+
+TEST_F(PanelHost, ClicksBesideThePanelReachTheScene) {
+    clickAt(100, 120);
+    ASSERT_EQ(2, countKind(platform::InputKind::Mouse));
+    const platform::InputEvent& press =
+        sceneEvents[0].kind == platform::InputKind::Mouse ? sceneEvents[0] : sceneEvents[1];
+    EXPECT_EQ(GLUT_LEFT_BUTTON, press.button);
+    EXPECT_EQ(GLUT_DOWN, press.state);
+    EXPECT_EQ(100, press.x);
+    EXPECT_EQ(120, press.y);
+    EXPECT_EQ(0, buttonClicks);
+}
+
+TEST_F(PanelHost, ADragStartedInTheSceneEndsThereOverThePanel) {
+    const std::string win = "$(xdotool search --name '" + windowName + "' | head -1)";
+    xdo("mousemove --window " + win + " 100 100 mousedown 1");
+    for (int x = 150; x <= 350; x += 50) {
+        xdo("mousemove --window " + win + " " + std::to_string(x) + " 100");
+    }
+    xdo("mouseup 1");
+    int releases = 0;
+    for (const auto& e : sceneEvents) {
+        releases += (e.kind == platform::InputKind::Mouse && e.state == GLUT_UP) ? 1 : 0;
+    }
+    EXPECT_EQ(1, releases);
+    EXPECT_GE(countKind(platform::InputKind::Motion), 4);
+    EXPECT_EQ(0, buttonClicks);
+}
+
+TEST_F(PanelHost, KeysGoToAFocusedTextFieldElseToTheScene) {
+    xdo("key k");
+    EXPECT_EQ(1, countKind(platform::InputKind::Keyboard));
+    clickAt(300, 62);  // the text field
+    sceneEvents.clear();
+    xdo("type ab");
+    xdo("key BackSpace");
+    EXPECT_EQ(0, countKind(platform::InputKind::Keyboard));
+    EXPECT_STREQ("a", text);
+    clickAt(50, 150);
+    sceneEvents.clear();
+    xdo("key Up");
+    EXPECT_EQ(1, countKind(platform::InputKind::Special));
+}
+
+TEST_F(PanelHost, TheModalQuestionHoldsInputUntilAnswered) {
+    int answer = -1;
+    platform::askYesNo("caption", "Really?", platform::BoxIcon::Exclamation,
+                       [&answer](bool yes) { answer = yes ? 1 : 0; });
+    pump(0.2);
+    EXPECT_TRUE(platform::modalBoxOpen());
+    clickAt(60, 60);
+    xdo("key k");
+    EXPECT_TRUE(sceneEvents.empty());
+    EXPECT_EQ(-1, answer);
+    xdo("key Return");  // No is the default
+    EXPECT_EQ(0, answer);
+    EXPECT_FALSE(platform::modalBoxOpen());
+    xdo("key k");
+    EXPECT_EQ(1, countKind(platform::InputKind::Keyboard));
+
+    platform::askYesNo("caption", "Really?", platform::BoxIcon::Exclamation,
+                       [&answer](bool yes) { answer = yes ? 1 : 0; });
+    pump(0.2);
+    xdo("key y");
+    EXPECT_EQ(1, answer);
+    // The popup is closed for good: the scene gets clicks again.
+    sceneEvents.clear();
+    clickAt(100, 120);
+    EXPECT_EQ(2, countKind(platform::InputKind::Mouse));
+}
+
+TEST_F(PanelHost, PagesCycleAndNoSettingsFileIsLeft) {
+    ASSERT_TRUE(platform::showPages("caption", {"one", "two"}, platform::BoxIcon::Information));
+    ASSERT_TRUE(
+        platform::showMessage("caption", std::string(3000, 'x'), platform::BoxIcon::Information));
+    pump(0.2);
+    EXPECT_EQ(2, platform::openMessageBoxes());
+    EXPECT_FALSE(std::ifstream("imgui.ini").good());
+}
