@@ -36,6 +36,6 @@ const unsigned char* starSqrtTable();
 const float* coverageFactorTable();
 const unsigned char* alphaGammaTable();
 
-// Colour marking the distance 10^w metres: white up close, through yellow and red, to blue
-// beyond a few gigaparsecs.
+// Colour marking the distance 10^w metres: white within 10^8 m, then through cyan and
+// yellow to red at about 4 x 10^26 m and beyond.
 void distanceColour(double w, float rgba[4]);

@@ -1,0 +1,192 @@
+// The brightness model: magnitudes, angular sizes, point-size buckets and coverage, colours,
+// and the setters of the brightness settings with their messages.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+#include "catalogue/star_list.h"
+#include "starrender/brightness_model.h"
+#include "tests/catalogue/catalogue_test_util.h"
+
+using cattest::stderrOf;
+
+namespace {
+
+constexpr double kDegree = 3.14159265358979323846 / 180.0;
+
+// radiansPerPixel that makes a star of angular diameter `degrees` s pixels wide.
+double rppFor(double degrees, double s) {
+    return degrees * kDegree / s;
+}
+
+}  // namespace
+
+TEST(ApparentMagnitude, ShiftsSoThatTheFaintLimitIsTen) {
+    StarList list;
+    const double tenParsecs = 16.4894 + 1.0;
+    EXPECT_NEAR(list.apparentMagnitude(0.0f, tenParsecs), 0.0f, 1e-6);
+    EXPECT_NEAR(list.apparentMagnitude(1.5f, tenParsecs + 1.0), 6.5f, 1e-6);
+    list.setVMagMin(6.0f);
+    EXPECT_NEAR(list.apparentMagnitude(6.0f, tenParsecs), 10.0f, 1e-6);
+}
+
+TEST(SizeFromMagnitude, FollowsTheTablesAndTheirBlend) {
+    EXPECT_EQ(sizeFromMagnitude(10.01f, 1.0f), 0.0f);
+    EXPECT_EQ(sizeFromMagnitude(NAN, 1.0f), 0.0f);
+    // Table rows: A_9 = 4.6918 and B_9 = 5.6336 at 0.25 degrees.
+    EXPECT_NEAR(sizeFromMagnitude(4.6918f, 1.0f), 0.25 * kDegree, 1e-7);
+    EXPECT_NEAR(sizeFromMagnitude(5.6336f, 0.0f), 0.25 * kDegree, 1e-7);
+    // Halfway between rows 1 and 2 of table A.
+    EXPECT_NEAR(sizeFromMagnitude((10.7583f + 8.8445f) / 2, 1.0f), (0.0278 + 0.0556) / 2 * kDegree,
+                1e-7);
+    // Brighter than the last row: extrapolated on the last segment.
+    const double slope = (1.5 - 1.4722) / (-0.2551 - -0.2035);
+    EXPECT_NEAR(sizeFromMagnitude(-1.2551f, 1.0f), (1.5 + slope * -1.0) * kDegree, 1e-6);
+    // A blend of one half averages the two tables.
+    const float m = 3.0f;
+    EXPECT_NEAR(sizeFromMagnitude(m, 0.5f),
+                (sizeFromMagnitude(m, 1.0f) + sizeFromMagnitude(m, 0.0f)) / 2, 1e-7);
+}
+
+TEST(ClassifyStarSize, FaintStarsAreNotDrawn) {
+    StarSizeClass c = classifyStarSize(10.5f, 1.0f, 1e-5, 1.0, 16 * 1024 * 16);
+    EXPECT_FALSE(c.visible);
+    EXPECT_EQ(c.bucket, 0);
+}
+
+TEST(ClassifyStarSize, BelowRootTwoPixelsIsBucketOneAndTransparent) {
+    // 0.25 degrees shown 0.6 pixels wide: t = 1.2.
+    StarSizeClass c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 0.6), 1.0, 16 * 1024 * 16);
+    EXPECT_TRUE(c.visible);
+    EXPECT_EQ(c.bucket, 1);
+    EXPECT_EQ(c.coverage, 0);
+    EXPECT_EQ(coverageAlpha(c.coverage), 0.0f);
+}
+
+TEST(ClassifyStarSize, BucketAndCoverageOfAMidSizedStar) {
+    // s = 1.3 px, t = 2.6, k = trunc(6.76 - 1) = 5, bucket ceil(sqrt 6) = 3,
+    // coverage trunc(5 x 256 / 9) = 142, alpha gamma 202 with low bits cleared = 200.
+    StarSizeClass c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 1.3), 1.0, 16 * 1024 * 16);
+    EXPECT_EQ(c.bucket, 3);
+    EXPECT_EQ(c.coverage, 142);
+    EXPECT_FLOAT_EQ(coverageAlpha(c.coverage), 200.0f / 255.0f);
+    // texScale doubles t: t = 5.2, k = 26, bucket 6, coverage trunc(26 x 256 / 36) = 184.
+    c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 1.3), 2.0, 16 * 1024 * 16);
+    EXPECT_EQ(c.bucket, 6);
+    EXPECT_EQ(c.coverage, 184);
+}
+
+TEST(ClassifyStarSize, VeryBrightStarsGoToBucket32FullyCovered) {
+    StarSizeClass c = classifyStarSize(-1.0f, 1.0f, rppFor(1.0, 40.0), 1.0, 16 * 1024 * 16);
+    EXPECT_TRUE(c.visible);
+    EXPECT_EQ(c.bucket, 32);
+    EXPECT_EQ(c.coverage, 255);
+    // Just below twice ptLarge pixels (t < 32) it is classified normally.
+    c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 15.9), 1.0, 16 * 1024 * 16);
+    EXPECT_EQ(c.bucket, 32);
+    EXPECT_LT(c.coverage, 255);
+    // With ptLarge 64 the buckets still end at 63.
+    c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 60.0), 1.0, 64 * 1024 * 64);
+    EXPECT_EQ(c.bucket, 63);
+    EXPECT_EQ(c.coverage, 255);
+}
+
+TEST(ClassifyStarSize, Tables) {
+    EXPECT_EQ(starSqrtTable()[0], 1);
+    EXPECT_EQ(starSqrtTable()[3], 2);
+    EXPECT_EQ(starSqrtTable()[4], 3);
+    EXPECT_EQ(starSqrtTable()[4095], 64);
+    EXPECT_EQ(coverageFactorTable()[0], 1.0f);
+    EXPECT_FLOAT_EQ(coverageFactorTable()[4], 1.0f / 16);
+    EXPECT_EQ(alphaGammaTable()[0], 0);
+    EXPECT_EQ(alphaGammaTable()[255], 255);
+    EXPECT_FLOAT_EQ(coverageAlpha(255), 252.0f / 255.0f);
+}
+
+TEST(DistanceColour, WhiteNearbyRedAtTheFarEnd) {
+    float c[4];
+    distanceColour(5.0, c);
+    EXPECT_FLOAT_EQ(c[0], 1.0f);
+    EXPECT_FLOAT_EQ(c[1], 1.0f);
+    EXPECT_FLOAT_EQ(c[2], 1.0f);
+    distanceColour(30.0, c);
+    EXPECT_FLOAT_EQ(c[0], 1.0f);
+    EXPECT_FLOAT_EQ(c[1], 0.0f);
+    EXPECT_FLOAT_EQ(c[2], 0.0f);
+    EXPECT_FLOAT_EQ(c[3], 1.0f);
+    // d = 80: red at its lowest, green and blue full.
+    const double farW = std::log10(4.2723) + 26.0;
+    distanceColour(8.0 + (farW - 8.0) * 80.0 / 255.0, c);
+    EXPECT_NEAR(c[0], 15.0f / 255.0f, 1e-5);
+    EXPECT_NEAR(c[1], 1.0f, 1e-6);
+}
+
+TEST(BrightnessSetters, RejectedValuesPrintTheirMessageAndKeepTheOldValue) {
+    StarList list;
+    struct Case {
+        std::function<int()> call;
+        std::string message;
+    };
+    const std::vector<Case> cases = {
+        {[&] { return list.setExposure(0.0f); },
+         "Err (setExposure) : inExposure should be positive.\n\n"},
+        {[&] { return list.setTuneIntensity(-1.0f); },
+         "Err (setTuneIntensity)  : inTuneIntensity should be positive.\n\n"},
+        {[&] { return list.setStarScale(-10.0f); },
+         "Err (setStarScale) : inStarScale should be greater than -10.0f.\n\n"},
+        {[&] { return list.setPtFaint(1.5f); },
+         "Err (setPtFaint) : inPtFaint out of range [0,1]\n\n"},
+        {[&] { return list.setPtLarge(0); },
+         "Err (setPtLarge) : inPtLarge should be positive.\n\n"},
+        {[&] { return list.setPXsizeTex(-1); },
+         "Err (setPXsizeTex) : inPtsizeTex should be non-negative.\n\n"},
+        {[&] { return list.setStarTextureScale(-0.5); },
+         "Err (setStarTextureScale) : inTexScale should be non-negative.\n\n"},
+        {[&] { return list.ptSizeRescaleHint(3, 1.0f); },
+         "Err : ptSizeRescaleHint() : unknown flag!\n\n"},
+        {[&] { return list.ptSizeRescaleHint(2, 0.0f); },
+         "Err : ptSizeRescaleHint() : fixedLum should be positive!\n\n"},
+    };
+    const std::string before = cattest::stdoutOf([&] { list.writeStarParameter(stdout); });
+    for (const Case& c : cases) {
+        int result = 0;
+        EXPECT_EQ(stderrOf([&] { result = c.call(); }), c.message);
+        EXPECT_EQ(result, -1);
+    }
+    EXPECT_EQ(cattest::stdoutOf([&] { list.writeStarParameter(stdout); }), before);
+    EXPECT_FLOAT_EQ(list.getPtFaint(), 0.05f);
+    EXPECT_EQ(list.getPtLarge(), 16);
+}
+
+TEST(BrightnessSetters, LimitsAreStoredAtTheirEnds) {
+    StarList list;
+    int result = 0;
+    EXPECT_EQ(stderrOf([&] { result = list.setVMagMin(30.0f); }),
+              "Err (setVMagMin) : inVMagMin should be reasonable range [-10,20].\n\n");
+    EXPECT_EQ(result, 1);
+    EXPECT_EQ(list.getStarParameter().vmagMin, 20.0f);
+    stderrOf([&] { list.setVMagMin(-30.0f); });
+    EXPECT_EQ(list.getStarParameter().vmagMin, -10.0f);
+    EXPECT_EQ(list.setPtLarge(100), 1);
+    EXPECT_EQ(list.getPtLarge(), 64);
+    EXPECT_EQ(list.setPXsizeTex(100), 1);
+    EXPECT_EQ(list.getStarParameter().pxsizeTex, 64);
+}
+
+TEST(ResetPtSize, NormalisesByTheBrightestOrAFixedLuminosity) {
+    cattest::ScratchDir dir;
+    std::string path = dir.write(
+        "s.star", cattest::starFile(2, "1 0 0 0 0 0 0 0 0 0 0 4\n2 0 0 0 0 0 0 0 0 0 0 1\n"));
+    StarList list;
+    cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(path.c_str()), 1); });
+    EXPECT_FLOAT_EQ(list.getStarArray()[0].relLum, 4.0f / 200000.0f);
+    ASSERT_EQ(list.ptSizeRescaleHint(1, 0.0f), 1);
+    list.resetPtSize();
+    EXPECT_FLOAT_EQ(list.getStarArray()[0].relLum, 1.0f);
+    EXPECT_FLOAT_EQ(list.getStarArray()[1].relLum, 0.25f);
+    ASSERT_EQ(list.ptSizeRescaleHint(2, 2.0f), 1);
+    list.resetPtSize();
+    EXPECT_FLOAT_EQ(list.getStarArray()[0].relLum, 2.0f);
+}

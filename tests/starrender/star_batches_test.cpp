@@ -1,0 +1,361 @@
+// What star drawing hands to GL, recorded without a window: which stars are drawn, in which
+// point-size batch, with which alpha, where; the textured and pick passes.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "catalogue/star_list.h"
+#include "starrender/star_draw_sink.h"
+#include "starrender/star_frame.h"
+#include "tests/catalogue/catalogue_test_util.h"
+
+namespace {
+
+// The SIZE line of a file in parsecs gives the unit as a float.
+constexpr double kParsecLog = static_cast<double>(16.4894f);
+constexpr double kDegree = 3.14159265358979323846 / 180.0;
+
+struct Event {
+    enum Kind { kBegin, kPoint, kEnd, kSprite, kNamed } kind;
+    float size = 0.0f;
+    double v[3] = {0, 0, 0};
+    float rgba[4] = {0, 0, 0, 0};
+    int name = -1;
+    StarSprite sprite{};
+};
+
+class RecordingSink : public StarDrawSink {
+  public:
+    std::vector<Event> events;
+    float openSize = -1.0f;
+
+    void beginPoints(float size) override {
+        EXPECT_LT(openSize, 0.0f) << "batch begun inside a batch";
+        openSize = size;
+        Event e{Event::kBegin};
+        e.size = size;
+        events.push_back(e);
+    }
+    void point(const double v[3], const float rgba[4]) override {
+        EXPECT_GE(openSize, 0.0f) << "point outside a batch";
+        Event e{Event::kPoint};
+        e.size = openSize;
+        for (int i = 0; i < 3; ++i)
+            e.v[i] = v[i];
+        for (int i = 0; i < 4; ++i)
+            e.rgba[i] = rgba[i];
+        events.push_back(e);
+    }
+    void endPoints() override {
+        openSize = -1.0f;
+        events.push_back(Event{Event::kEnd});
+    }
+    void sprite(const StarSprite& s) override {
+        Event e{Event::kSprite};
+        e.sprite = s;
+        events.push_back(e);
+    }
+    void namedPoint(int name, float size, const double* v) override {
+        Event e{Event::kNamed};
+        e.name = name;
+        e.size = size;
+        for (int i = 0; i < 3; ++i)
+            e.v[i] = v[i];
+        events.push_back(e);
+    }
+
+    std::vector<Event> points() const { return of(Event::kPoint); }
+    std::vector<Event> of(Event::Kind kind) const {
+        std::vector<Event> out;
+        for (const Event& e : events) {
+            if (e.kind == kind) out.push_back(e);
+        }
+        return out;
+    }
+};
+
+// A camera at `eye` (drawing units) looking down -z, drawing 1 parsec per unit, with a
+// projection whose pixels are `rpp` radians on an 800 x 600 viewport.
+StarFrame frameAt(Vec3 eye, double rpp) {
+    double mv[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -eye.x, -eye.y, -eye.z, 1};
+    double proj[16] = {0};
+    proj[5] = 1.0 / (600 * 0.5 * rpp);
+    proj[0] = proj[5] * 600.0 / 800.0;
+    proj[10] = -1.0;
+    proj[11] = -1.0;
+    proj[14] = -0.02;
+    const int viewport[4] = {0, 0, 800, 600};
+    return makeStarFrame(mv, proj, viewport, kParsecLog);
+}
+
+// A data line of a star at (x, y, z) parsecs whose magnitude seen from 10 pc... is m at
+// distance d from the eye at the origin: luminosity for the absolute magnitude m - 5 log10(d/10).
+std::string starAt(double x, double y, double z, double apparentMag, int hd,
+                   const std::string& cls = "G") {
+    const double d = std::sqrt(x * x + y * y + z * z);
+    const double absMag = apparentMag - 5.0 * std::log10(d / 10.0);
+    char buf[200];
+    std::snprintf(buf, sizeof buf, "%.9g %.9g %.9g 0 0 0 0 0 0 0 0.6 %.9g 1 1 1 1 %s 2 V %d\n", x,
+                  y, z, std::pow(10.0, -absMag / 2.5), cls.c_str(), hd);
+    return buf;
+}
+
+void load(StarList& list, const cattest::ScratchDir& dir, int n, const std::string& lines,
+          int sun = 0) {
+    std::string path = dir.write("s.star", cattest::starFile(n, lines));
+    int status = 0;
+    std::string err = cattest::stderrOf(
+        [&] { cattest::stdoutOf([&] { status = list.readStarFiles(path.c_str(), sun, 0); }); });
+    ASSERT_EQ(status, 1) << err;
+}
+
+// Magnitude 4.6918 is 0.25 degrees in table A: at rpp = 0.25 deg / 1.3 it falls in bucket 3
+// (point size 1.5) with alpha 200/255.
+constexpr float kMidMag = 4.6918f;
+const double kMidRpp = 0.25 * kDegree / 1.3;
+
+}  // namespace
+
+TEST(StarBatches, AStarStraightAheadIsDrawnWhereItIsWithItsBucketAndAlpha) {
+    cattest::ScratchDir dir;
+    StarList list;
+    load(list, dir, 1, starAt(0, 0, -10, kMidMag, 1));
+    RecordingSink sink;
+    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile | kStarDepthWrite, sink);
+    std::vector<Event> pts = sink.points();
+    ASSERT_EQ(pts.size(), 1u);
+    EXPECT_FLOAT_EQ(pts[0].size, 1.5f);
+    EXPECT_NEAR(pts[0].v[2], -10.0, 1e-6);
+    EXPECT_NEAR(pts[0].v[0], 0.0, 1e-9);
+    EXPECT_FLOAT_EQ(pts[0].rgba[3], 200.0f / 255.0f);
+    EXPECT_FLOAT_EQ(pts[0].rgba[0], 1.0f);
+    EXPECT_NEAR(list.getStarArray()[0].appMag, kMidMag, 1e-4);
+    // Every batch begun is ended.
+    EXPECT_EQ(sink.of(Event::kBegin).size(), sink.of(Event::kEnd).size());
+}
+
+TEST(StarBatches, FaintStarsStarsBehindAndTexScaleZeroDrawNothing) {
+    cattest::ScratchDir dir;
+    StarList list;
+    load(list, dir, 3,
+         starAt(0, 0, -10, 10.2f, 1) + starAt(0, 0, 10, 2.0f, 2) + starAt(1, 0, -10, 2.0f, 3));
+    RecordingSink sink;
+    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    ASSERT_EQ(sink.points().size(), 1u);  // only the bright star in front
+    EXPECT_NEAR(sink.points()[0].v[0], 1.0, 1e-6);
+
+    ASSERT_EQ(list.setStarTextureScale(0.0), 1);
+    RecordingSink none;
+    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, none);
+    EXPECT_TRUE(none.events.empty());
+}
+
+TEST(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
+    cattest::ScratchDir dir;
+    StarList list;
+    load(list, dir, 3,
+         starAt(0, 0, -10, 12.0f, 1) + starAt(0, 0, 10, 2.0f, 2) + starAt(0, 1, -20, kMidMag, 3),
+         1);
+    list.setPickMode(1);
+    RecordingSink sink;
+    list.drawStarsInto(frameAt({0, 0, 0.5}, kMidRpp), 0, sink);
+    list.setPickMode(0);
+    std::vector<Event> named = sink.of(Event::kNamed);
+    ASSERT_EQ(named.size(), 3u);  // the Sun, the faint star and the mid star; not the one behind
+    EXPECT_TRUE(sink.points().empty());
+    for (const Event& e : named) {
+        const StarObj& s = list.getStarArray()[e.name];
+        if (s.hd == 1) {
+            EXPECT_FLOAT_EQ(e.size, 0.5f);
+        }
+        EXPECT_NE(s.hd, 2);
+    }
+    // Farthest first.
+    EXPECT_EQ(list.getStarArray()[named.front().name].hd, 3);
+    EXPECT_EQ(named.back().name, 0);
+}
+
+TEST(StarBatches, TheSunIsNotDrawnAsAStar) {
+    cattest::ScratchDir dir;
+    StarList list;
+    load(list, dir, 1, starAt(0, 0, -10, kMidMag, 1), 1);
+    RecordingSink sink;
+    // From 1 pc outside the solar system looking back at it and beyond.
+    list.drawStarsInto(frameAt({0, 0, 1}, kMidRpp), kStarColorFile, sink);
+    ASSERT_EQ(sink.points().size(), 1u);
+    EXPECT_NEAR(sink.points()[0].v[2], -11.0, 1e-6);
+}
+
+TEST(StarBatches, AFullBucketIsFlushedAndLaterStarsOfItsSizeGoStraightIntoTheOpenBatch) {
+    cattest::ScratchDir dir;
+    StarList list;
+    std::string lines;
+    const int n = 40;  // bucket capacity is 16 (40 / 20 is below the minimum)
+    for (int i = 0; i < n; ++i)
+        lines += starAt(0.01 * i, 0, -10, kMidMag, i + 1);
+    load(list, dir, n, lines);
+    ASSERT_EQ(list.getBucketCapacity(), 16);
+    RecordingSink sink;
+    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    std::vector<Event>& ev = sink.events;
+    // begin(1.0) with nothing, then the 17th star flushes: end, begin(1.5), 17 points, and
+    // the remaining 23 stars are drawn in that batch at once; nothing is left at the end.
+    ASSERT_GE(ev.size(), 4u);
+    EXPECT_EQ(ev[0].kind, Event::kBegin);
+    EXPECT_FLOAT_EQ(ev[0].size, 1.0f);
+    EXPECT_EQ(ev[1].kind, Event::kEnd);
+    EXPECT_EQ(ev[2].kind, Event::kBegin);
+    EXPECT_FLOAT_EQ(ev[2].size, 1.5f);
+    for (int i = 0; i < n; ++i) {
+        ASSERT_EQ(ev[3 + i].kind, Event::kPoint) << i;
+        EXPECT_FLOAT_EQ(ev[3 + i].size, 1.5f);
+    }
+    EXPECT_EQ(ev[3 + n].kind, Event::kEnd);
+    EXPECT_EQ(ev.size(), static_cast<size_t>(4 + n));
+    // The stored stars come first, in the order they were visited (farthest first).
+    EXPECT_GT(ev[3].v[0], ev[4].v[0]);
+}
+
+TEST(StarBatches, StoredBucketsAreDrawnAtTheEndOneBatchPerSize) {
+    cattest::ScratchDir dir;
+    StarList list;
+    // Two sizes: bucket 3 (1.5 px) and a brighter one, three stars each.
+    std::string lines;
+    for (int i = 0; i < 3; ++i)
+        lines += starAt(0.1 * i, 0, -10, kMidMag, i + 1);
+    for (int i = 0; i < 3; ++i)
+        lines += starAt(0.1 * i, 1, -10, 2.0f, i + 11);
+    load(list, dir, 6, lines);
+    RecordingSink sink;
+    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    std::vector<float> sizes;
+    for (const Event& e : sink.of(Event::kBegin))
+        sizes.push_back(e.size);
+    ASSERT_EQ(sizes.size(), 3u);
+    EXPECT_FLOAT_EQ(sizes[0], 1.0f);
+    EXPECT_FLOAT_EQ(sizes[1], 1.5f);
+    EXPECT_GT(sizes[2], 1.5f);
+    EXPECT_EQ(sink.points().size(), 6u);
+}
+
+TEST(StarBatches, FarStarsAreDepthCompressed) {
+    cattest::ScratchDir dir;
+    StarList list;
+    load(list, dir, 2, starAt(0, 0, -1e6, -20.0f, 1) + starAt(0, 0, -1000, 0.0f, 2));
+    RecordingSink sink;
+    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    ASSERT_EQ(sink.points().size(), 2u);
+    std::vector<double> depths;
+    for (const Event& e : sink.points())
+        depths.push_back(-e.v[2]);
+    std::sort(depths.begin(), depths.end());
+    EXPECT_NEAR(depths[0], 1000.0, 1e-6);                                    // inside 10^3.5: as is
+    EXPECT_NEAR(depths[1], std::pow(10.0, (6.0 - 3.5) / 72.0 + 3.5), 1e-3);  // compressed
+}
+
+TEST(StarBatches, VMagnitudeSelectionUsesTheMagnitudeFromTheEye) {
+    cattest::ScratchDir dir;
+    StarList list;
+    load(list, dir, 2, starAt(0, 0, -10, 3.0f, 1) + starAt(0, 0.5, -10, 6.0f, 2));
+    ASSERT_EQ(list.setVMagRangeOn(2.0, 5.0), 1);
+    RecordingSink sink;
+    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    ASSERT_EQ(sink.points().size(), 1u);
+    EXPECT_NEAR(sink.points()[0].v[1], 0.0, 1e-9);
+    // Moving the eye 5 parsecs closer brightens the second star by 1.5 magnitudes.
+    RecordingSink closer;
+    list.drawStarsInto(frameAt({0, 0, -5}, kMidRpp), kStarColorFile, closer);
+    ASSERT_EQ(closer.points().size(), 1u);
+    EXPECT_NEAR(closer.points()[0].v[1], 0.5, 1e-9);
+    EXPECT_NEAR(list.getStarArray()[1].appMag,
+                6.0 - 5 * std::log10(std::sqrt(100.25) / std::sqrt(25.25)), 1e-4);
+}
+
+TEST(StarBatches, ColourSourcesExposureAndIntensity) {
+    cattest::ScratchDir dir;
+    StarList list;
+    // File colour (0.5, 0.25, 1, 1).
+    load(list, dir, 1, "0 0 -10 0 0 0 0 0 0 0 0.6 0.3 0.5 0.25 1 1 G 2 V 1\n");
+    auto colourWith = [&](int flags) {
+        RecordingSink sink;
+        list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), flags, sink);
+        EXPECT_EQ(sink.points().size(), 1u);
+        std::vector<float> c(sink.points()[0].rgba, sink.points()[0].rgba + 4);
+        return c;
+    };
+    std::vector<float> c = colourWith(kStarColorFile);
+    EXPECT_FLOAT_EQ(c[0], 0.5f);
+    EXPECT_FLOAT_EQ(c[1], 0.25f);
+    c = colourWith(kStarColorWhite);
+    EXPECT_FLOAT_EQ(c[1], 1.0f);
+    c = colourWith(0);  // no colour source: the plain colour
+    EXPECT_FLOAT_EQ(c[0], 0.0f);
+    // Without a colormap loaded, the colormap flag changes nothing.
+    c = colourWith(kStarColorMap | kStarColorFile);
+    EXPECT_FLOAT_EQ(c[0], 0.5f);
+    ASSERT_EQ(list.setExposure(2.0f), 1);
+    c = colourWith(kStarColorFile);
+    EXPECT_FLOAT_EQ(c[0], 0.25f);
+    ASSERT_EQ(list.setExposure(1.0f), 1);
+    ASSERT_EQ(list.setTuneIntensity(3.0f), 1);
+    c = colourWith(kStarColorFile);
+    EXPECT_FLOAT_EQ(c[0], 1.0f);
+    EXPECT_FLOAT_EQ(c[1], 0.75f);
+}
+
+TEST(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
+    cattest::ScratchDir dir;
+    StarList list;
+    load(list, dir, 2, starAt(0, 1, -10, kMidMag, 1) + starAt(0, 0, -10, -10.0f, 2));
+    ASSERT_EQ(list.setStarTextureGauss(0.2f, 1.0f), 1);
+    RecordingSink sink;
+    const StarFrame frame = frameAt({0, 0, 0}, kMidRpp);
+    list.drawStarsInto(frame, kStarColorFile | kStarTextured, sink);
+    std::vector<Event> sprites = sink.of(Event::kSprite);
+    ASSERT_EQ(sprites.size(), 1u);
+    EXPECT_EQ(list.getStarArray()[sprites[0].sprite.starIndex].hd, 2);
+    ASSERT_EQ(sink.points().size(), 1u);
+    EXPECT_FLOAT_EQ(sink.points()[0].size, 1.5f);
+    EXPECT_FLOAT_EQ(sink.points()[0].rgba[3], 200.0f / 255.0f);
+    // The sprite is a square around the star (aspect 1 here), centred on it.
+    const StarSprite& s = sprites[0].sprite;
+    double cx = 0, cy = 0;
+    for (auto& c : s.corner) {
+        cx += c[0] / 4;
+        cy += c[1] / 4;
+    }
+    EXPECT_NEAR(cx, 0.0, 1e-9);
+    EXPECT_NEAR(cy, 0.0, 1e-9);
+    EXPECT_NEAR(std::fabs(s.corner[1][0] - s.corner[0][0]), s.corner[2][1] - s.corner[0][1], 1e-9);
+    // Half height tan(bucket 32 x 0.25 x rpp) x distance / half-light radius (0.5 before any
+    // texture is made) / 2.
+    EXPECT_NEAR(s.corner[2][1] - s.corner[0][1], 2 * std::tan(8 * kMidRpp) * 10 / 0.5 / 2, 1e-9);
+    EXPECT_EQ(s.texMin, 0.0f);
+    // pxsizeTex above every bucket: no sprites at all.
+    ASSERT_EQ(list.setPXsizeTex(64), 1);
+    RecordingSink points;
+    list.drawStarsInto(frame, kStarColorFile | kStarTextured, points);
+    EXPECT_TRUE(points.of(Event::kSprite).empty());
+    EXPECT_EQ(points.points().size(), 2u);
+}
+
+TEST(StarFrameFromMatrices, EyeDirectionAndPixelScale) {
+    // gluLookAt from (0, 0, 5) towards the origin with up +y: translation (0, 0, -5).
+    double mv[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -5, 1};
+    double proj[16] = {0};
+    proj[0] = 1.0;
+    proj[5] = 2.0;
+    const int vp[4] = {0, 0, 400, 200};
+    StarFrame f = makeStarFrame(mv, proj, vp, 16.0);
+    EXPECT_NEAR(f.eyeDrawing.z, 5.0, 1e-12);
+    EXPECT_NEAR(f.eye.w, 16.0 + std::log10(5.0), 1e-12);
+    EXPECT_NEAR(f.viewDir.z, -1.0, 1e-12);
+    EXPECT_NEAR(f.up.y, 1.0, 1e-12);
+    EXPECT_NEAR(f.radiansPerPixel, 1.0 / (200 * 0.5 * 2.0), 1e-15);
+    EXPECT_NEAR(f.aspect, 0.5 * 2.0, 1e-12);
+    EXPECT_EQ(f.rotation[14], 0.0);
+}
