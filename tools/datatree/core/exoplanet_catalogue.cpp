@@ -322,10 +322,10 @@ std::string formatPlanetFile(const std::vector<Planet>& planets) {
         "eccentric.  K\n";
     int number = 0;
     for (const Planet& p : planets) {
-        out += format("%7d %15d %-15s %12s %11s %12s %11s %.3f\n", ++number, p.hd, p.host.c_str(),
-                      fitNumber(p.mass, 12).c_str(), fitNumber(p.period, 11).c_str(),
-                      fitNumber(p.semimajorAxis, 12).c_str(), fitNumber(p.eccentricity, 11).c_str(),
-                      p.k);
+        out += format("%7d %15d %-15.15s %12s %11s %12s %11s %.3f\n", ++number, p.hd,
+                      p.host.c_str(), fitNumber(p.mass, 12).c_str(),
+                      fitNumber(p.period, 11).c_str(), fitNumber(p.semimajorAxis, 12).c_str(),
+                      fitNumber(p.eccentricity, 11).c_str(), p.k);
     }
     return out;
 }

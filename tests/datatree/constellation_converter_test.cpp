@@ -1,0 +1,142 @@
+// The constellation file from small synthetic sources.
+#include <gtest/gtest.h>
+
+#include "tests/datatree/datatree_test_support.h"
+#include "tools/datatree/core/constellation_catalogue.h"
+#include "tools/datatree/core/data_error.h"
+#include "tools/datatree/core/text_input.h"
+
+namespace {
+
+// Two square constellations side by side sharing one edge, and a star drawn in both figures.
+ConstellationSources twoSquares(const ScratchDir& dir) {
+    ConstellationSources s;
+    s.names = readConstellationNames(dir.write(
+        "names.fab", "Aaa\t\"Alpha Land\"\t_(\"x\")\nBbb\t\"Bo\xC3\xB6tes\"\t_(\"y\")\n"));
+    s.figures = readFigures(dir.write("figures.fab", "Aaa 2 1 2 2 3\nBbb 1 3 4\n"));
+    s.boundaries = readBoundaryEdges(
+        dir.write("bounds.dat",
+                  "2 1.0 0.0 1.0 10.0 2 AAA BBB\n"
+                  "3 1.0 10.0 0.0 10.0\n 0.0 0.0 2 AAA AAA\n"  // an outer edge split over lines
+                  "2 0.0 0.0 1.0 0.0 2 AAA AAA\n"
+                  "2 1.0 10.0 2.0 10.0 2 BBB BBB\n2 2.0 10.0 2.0 0.0 2 BBB BBB\n"
+                  "2 2.0 0.0 1.0 0.0 2 BBB BBB\n"));
+    return s;
+}
+
+}  // namespace
+
+TEST(ConstellationFile, SectionsBoundariesAndFigures) {
+    ScratchDir dir;
+    ConstellationSources s = twoSquares(dir);
+    std::unordered_map<int, int> hd = {{1, 101}, {2, 102}, {3, 103}, {4, 104}};
+    // Star 3 is drawn in both figures; its catalogue constellation is Bbb.
+    FigureStarTable stars = makeFigureStarTable(s, hd, {{3, "Bbb"}});
+    std::string text = formatConstellationFile(s, stars);
+
+    // Sections in the order of the full names; the name is ASCII.
+    std::size_t a = text.find("\nCONSTELLATION Aaa Alpha Land\n");
+    std::size_t b = text.find("\nCONSTELLATION Bbb Bootes\n");
+    ASSERT_NE(a, std::string::npos);
+    ASSERT_NE(b, std::string::npos);
+    EXPECT_LT(a, b);
+    std::string first = text.substr(a, b - a), second = text.substr(b);
+
+    // Aaa: one closed boundary of its three edges, 4 corners + the closing vertex.
+    auto lines = splitLines(first);
+    int vertices = 0;
+    bool inBoundary = false;
+    std::string firstVertex, lastVertex;
+    for (const TextLine& l : lines) {
+        std::string t(l.text);
+        if (t == "BOUNDARY BEGIN")
+            inBoundary = true;
+        else if (t == "BOUNDARY END")
+            inBoundary = false;
+        else if (inBoundary) {
+            auto w = splitWords(t);
+            ASSERT_EQ(w.size(), 3u) << t;
+            std::string xy = std::string(w[0]) + " " + std::string(w[1]);
+            if (vertices++ == 0) firstVertex = xy;
+            lastVertex = xy;
+        }
+    }
+    EXPECT_EQ(vertices, 5);
+    EXPECT_EQ(firstVertex, lastVertex);
+    EXPECT_NE(first.find(" Bbb\n"), std::string::npos);  // the shared edge names its neighbour
+
+    // Figures: Aaa's path 1-2-3 in one stroke, star 3 shared; Bbb owns star 3.
+    EXPECT_NE(first.find("LINE BEGIN\nHD101\nHD102\nHD103 SHARED\nLINE END\n"), std::string::npos)
+        << first;
+    EXPECT_NE(second.find("LINE BEGIN\nHD103\nHD104\nLINE END\n"), std::string::npos) << second;
+}
+
+TEST(ConstellationFile, StarsWithoutHdBreakTheStroke) {
+    ScratchDir dir;
+    ConstellationSources s = twoSquares(dir);
+    s.figures = readFigures(dir.write("f.fab", "Aaa 3 1 2 2 3 3 4\nBbb 1 3 4\n"));
+    FigureStarTable stars = makeFigureStarTable(s, {{1, 101}, {3, 103}, {4, 104}}, {});
+    std::string text = formatConstellationFile(s, stars);
+    EXPECT_EQ(text.find("HD0"), std::string::npos);
+    EXPECT_NE(text.find("LINE BEGIN\nHD103\nHD104\nLINE END\n"), std::string::npos) << text;
+}
+
+TEST(ConstellationFile, MissingPartsAreErrors) {
+    ScratchDir dir;
+    ConstellationSources s = twoSquares(dir);
+    FigureStarTable stars = makeFigureStarTable(s, {{1, 1}, {2, 2}, {3, 3}, {4, 4}}, {});
+    ConstellationSources noFigure = s;
+    noFigure.figures.erase("Bbb");
+    EXPECT_THROW(formatConstellationFile(noFigure, stars), DataError);
+    ConstellationSources unknown = s;
+    unknown.boundaries[0].second = "ZZZ";
+    EXPECT_THROW(formatConstellationFile(unknown, stars), DataError);
+}
+
+TEST(ConstellationSources, MalformedFilesNameTheLine) {
+    ScratchDir dir;
+    struct Case {
+        std::string what;
+        std::function<void()> read;
+        const char* message;
+    };
+    std::vector<Case> cases = {
+        {"odd figure", [&] { readFigures(dir.write("a", "Ori 2 1 2 3\n")); },
+         "a: line 1: 3 HIP numbers for 2 segments"},
+        {"figure text", [&] { readFigures(dir.write("b", "Ori 1 1 x\n")); },
+         "b: line 1: HIP number is not an integer"},
+        {"cut record", [&] { readBoundaryEdges(dir.write("c", "3 1 2 3 4 5 6 2 AAA\n")); },
+         "ends inside a boundary record"},
+        {"bad count", [&] { readBoundaryEdges(dir.write("d", "2 1 2 3 4 3 AAA BBB CCC\n")); },
+         "expected 2 constellation codes"},
+        {"out of range", [&] { readBoundaryEdges(dir.write("e", "2 25 2 3 4 2 AAA BBB\n")); },
+         "vertex out of range"},
+        {"no quotes", [&] { readConstellationNames(dir.write("f", "Ori Orion\n")); },
+         "f: line 1: expected a code"},
+        {"empty", [&] { readFigures(dir.write("g", "\n")); }, "no constellation figures"},
+    };
+    for (const Case& c : cases) {
+        try {
+            c.read();
+            ADD_FAILURE() << c.what << " accepted";
+        } catch (const DataError& e) {
+            EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos)
+                << c.what << ": " << e.what();
+        }
+    }
+}
+
+TEST(ChainSegments, OpenFiguresAndClosedLoops) {
+    // A "Y": three strokes meet at point 2; the walk starts at an odd end.
+    auto paths = chainSegments({{1, 2}, {2, 3}, {2, 4}});
+    std::size_t used = 0;
+    for (const auto& p : paths)
+        used += p.size();
+    EXPECT_EQ(used, 3u);
+    EXPECT_EQ(paths.size(), 2u);
+    // A triangle comes out as one closed loop.
+    auto loop = chainSegments({{5, 6}, {7, 5}, {6, 7}});
+    ASSERT_EQ(loop.size(), 1u);
+    EXPECT_EQ(loop[0].size(), 3u);
+    EXPECT_TRUE(chainSegments({}).empty());
+}

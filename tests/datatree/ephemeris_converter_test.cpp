@@ -1,0 +1,205 @@
+// The ephemeris converter on a small synthetic table: the binary layout it writes, the
+// record dates, and the checks that refuse damaged or disordered tables.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+
+#include "tests/datatree/datatree_test_support.h"
+#include "tools/datatree/core/data_error.h"
+#include "tools/datatree/core/ephemeris_table.h"
+
+namespace {
+
+constexpr int kRows = 4;
+constexpr double kVelocity = 1000.0;  // km/day along x for every item
+
+// Pointers: two coefficients and one granule per item; nutations two components.
+int firstCoefficient(int item) {
+    return item < 12 ? 3 + 6 * item : 3 + 6 * 11 + 4;
+}
+
+std::string tableDat(double denum, bool withPointers = true, int badPointer = -1) {
+    std::string b = "some table header bytes RecordDesc";
+    putI32be(b, 2);
+    struct Field {
+        const char* name;
+        int type;
+    };
+    const Field fields[] = {{"VS_TYPE", 11}, {"MJD0", 8},  {"dMJD", 8}, {"DENUM", 8},
+                            {"AU", 8},       {"EMRAT", 8}, {"GM1", 8}};
+    putI32be(b, int(sizeof fields / sizeof fields[0]));
+    for (const Field& f : fields) {
+        putU32be(b, unsigned(std::strlen(f.name)));
+        b += f.name;
+        putI32be(b, f.type);
+        putU32be(b, 0);
+    }
+    putU32be(b, 1);
+    putU32be(b, 3);
+    b += "JPL";
+    for (double v : {36880.0, 32.0, denum, 149597870.691, 81.30056, 4.9e-11})
+        putF64be(b, v);
+    if (withPointers) {
+        b += "....x....Description";
+        putU32be(b, 10);
+        b += "Array<Int>";
+        putI32be(b, 3);
+        putI32be(b, 1);
+        putI32be(b, 39);
+        putI32be(b, 39);
+        for (int i = 0; i < 13; ++i)
+            putI32be(b, i == badPointer ? 1015 : firstCoefficient(i));
+        for (int i = 0; i < 13; ++i)
+            putI32be(b, 2);
+        for (int i = 0; i < 13; ++i)
+            putI32be(b, 1);
+    }
+    return b;
+}
+
+// Rows where every item moves uniformly along x: continuous across the boundaries.
+std::string tableF0i(int rows, int values = 1018, bool swapRows = false) {
+    std::string body;
+    for (int r0 = 0; r0 < rows; ++r0) {
+        int r = swapRows && r0 < 2 ? 1 - r0 : r0;
+        body += std::string(4, '\0');
+        putU32le(body, 1);
+        putU32le(body, 1);
+        putU32le(body, unsigned(values));
+        std::vector<double> x(1018, 0.0);
+        for (int item = 0; item < 13; ++item) {
+            int at = firstCoefficient(item) - 3;
+            x[at] = kVelocity * (32.0 * r + 16.0);  // c0 of x at the record's middle
+            x[at + 1] = kVelocity * 16.0;           // c1: half a record of motion
+        }
+        for (double v : x)
+            putF64le(body, v);
+    }
+    std::string b;
+    putU32le(b, 1);
+    std::uint64_t length = 12 + body.size();
+    putU32le(b, unsigned(length & 0xFFFFFFFFu));
+    putU32le(b, unsigned(length >> 32));
+    return b + body;
+}
+
+std::string writeTable(const ScratchDir& dir, const std::string& dat, const std::string& f0i) {
+    std::string t = "usr/share/casacore/data/ephemerides/DE405/";
+    dir.write(t + "table.dat", dat);
+    dir.write(t + "table.f0i", f0i);
+    return dir.path() + "/" + t;
+}
+
+double beDouble(const std::vector<unsigned char>& b, std::size_t at) {
+    unsigned char raw[8];
+    for (int i = 0; i < 8; ++i)
+        raw[i] = b[at + 7 - i];
+    double v;
+    std::memcpy(&v, raw, 8);
+    return v;
+}
+int beInt(const std::vector<unsigned char>& b, std::size_t at) {
+    return int(unsigned(b[at]) << 24 | unsigned(b[at + 1]) << 16 | unsigned(b[at + 2]) << 8 |
+               b[at + 3]);
+}
+
+}  // namespace
+
+TEST(EphemerisTable, ReadsKeywordsPointersAndRows) {
+    ScratchDir dir;
+    EphemerisTable t = readEphemerisTable(writeTable(dir, tableDat(405), tableF0i(kRows)));
+    EXPECT_EQ(t.number, 405);
+    EXPECT_DOUBLE_EQ(t.firstMjd, 36912.0);  // the first row starts one interval after MJD0
+    EXPECT_DOUBLE_EQ(t.recordDays, 32.0);
+    EXPECT_DOUBLE_EQ(t.au, 149597870.691);
+    ASSERT_EQ(t.constantNames.size(), 4u);  // DENUM and what follows it
+    EXPECT_EQ(t.constantNames[0], "DENUM");
+    EXPECT_EQ(t.pointers[2][0], 15);
+    EXPECT_EQ(t.pointers[12][0], firstCoefficient(12));
+    ASSERT_EQ(t.rows.size(), std::size_t(kRows));
+    EXPECT_LT(largestBoundaryJump(t), 1e-6);
+    // On a boundary the earlier record answers, at its end (tau = 1).
+    double p[3];
+    tablePosition(t, 3, 2436912.5 + 32.0, p);
+    EXPECT_NEAR(p[0], kVelocity * 32.0, 1e-6);
+}
+
+TEST(EphemerisTable, BinaryLayoutOfTheReader) {
+    ScratchDir dir;
+    EphemerisTable t = readEphemerisTable(writeTable(dir, tableDat(405), tableF0i(kRows)));
+    std::vector<unsigned char> b = formatEphemerisFile(t);
+    ASSERT_EQ(b.size(), std::size_t(kRows + 2) * 8144);
+    EXPECT_EQ(std::string(b.begin(), b.begin() + 35), "JPL Planetary Ephemeris DE405/LE405");
+    EXPECT_EQ(std::string(b.begin() + 252, b.begin() + 258), "DENUM ");
+    EXPECT_DOUBLE_EQ(beDouble(b, 2656), 2436912.5);
+    EXPECT_DOUBLE_EQ(beDouble(b, 2664), 2436912.5 + 32.0 * kRows);
+    EXPECT_DOUBLE_EQ(beDouble(b, 2672), 32.0);
+    EXPECT_EQ(beInt(b, 2680), 4);
+    EXPECT_DOUBLE_EQ(beDouble(b, 2688), 149597870.691);
+    EXPECT_DOUBLE_EQ(beDouble(b, 2696), 81.30056);
+    EXPECT_EQ(beInt(b, 2704), 3);
+    EXPECT_EQ(beInt(b, 2704 + 4), 2);
+    EXPECT_EQ(beInt(b, 2704 + 8), 1);
+    EXPECT_EQ(beInt(b, 2704 + 12 * 11), firstCoefficient(11));
+    EXPECT_EQ(beInt(b, 2848), 405);
+    EXPECT_EQ(beInt(b, 2852), firstCoefficient(12));
+    EXPECT_DOUBLE_EQ(beDouble(b, 8144), 405.0);  // the constants record
+    // Data record 2 (the third record): dates, then the coefficients from word 3 on.
+    std::size_t r = 8144 * (2 + 2);
+    EXPECT_DOUBLE_EQ(beDouble(b, r), 2436912.5 + 64.0);
+    EXPECT_DOUBLE_EQ(beDouble(b, r + 8), 2436912.5 + 96.0);
+    EXPECT_DOUBLE_EQ(beDouble(b, r + 16), kVelocity * 80.0);
+}
+
+TEST(EphemerisTable, DamagedTablesAreRefused) {
+    struct Case {
+        const char* what;
+        std::string dat, f0i;
+        const char* message;
+    };
+    std::string good = tableF0i(kRows);
+    const Case cases[] = {
+        {"truncated rows", tableDat(405), good.substr(0, good.size() - 100),
+         "table.f0i: truncated"},
+        {"short row", tableDat(405), tableF0i(kRows, 1000), "is not a vector of 1018 values"},
+        {"no pointers", tableDat(405, false), good, "no coefficient pointers"},
+        {"pointer outside", tableDat(405, true, 4), good,
+         "coefficient pointer 4 out of the record"},
+        {"truncated keywords", tableDat(405).substr(0, 60), good, "table.dat: truncated"},
+        {"no header", "nothing here", good, "no keyword record"},
+    };
+    for (const Case& c : cases) {
+        ScratchDir dir;
+        try {
+            readEphemerisTable(writeTable(dir, c.dat, c.f0i));
+            ADD_FAILURE() << c.what << " accepted";
+        } catch (const DataError& e) {
+            EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos)
+                << c.what << ": " << e.what();
+        }
+    }
+}
+
+TEST(EphemerisConverter, RefusesOtherEphemeridesAndDisorderedRows) {
+    std::string tool = DATATREE_EPHEMERIS_TOOL;
+    struct Case {
+        const char* what;
+        std::string dat, f0i;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"DE403", tableDat(403), tableF0i(kRows), "ephemeris number 403, expected 405"},
+        {"rows out of order", tableDat(405), tableF0i(kRows, 1018, true), "positions jump by"},
+        // Continuous rows whose dates do not put the Earth where the solar theory does.
+        {"wrong dates", tableDat(405), tableF0i(kRows), "from where the solar theory puts it"},
+    };
+    for (const Case& c : cases) {
+        ScratchDir dir, out;
+        writeTable(dir, c.dat, c.f0i);
+        RunResult r = runCommand(tool + " " + dir.path() + " " + out.path());
+        EXPECT_EQ(r.exitCode, 1) << c.what;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << c.what << ": " << r.err;
+        EXPECT_FALSE(fileExists(out.path() + "/ephemerisdata/binp_all.405")) << c.what;
+    }
+}

@@ -1,0 +1,160 @@
+// The extrasolar planet file: K, host resolution, the fixed columns, and finding the
+// catalogue inside a binary.
+#include <gtest/gtest.h>
+
+#include <zlib.h>
+
+#include <cmath>
+#include <cstdio>
+
+#include "tests/datatree/datatree_test_support.h"
+#include "tests/datatree/star_sources_fixture.h"
+#include "tools/datatree/core/data_error.h"
+#include "tools/datatree/core/exoplanet_catalogue.h"
+#include "tools/datatree/core/text_input.h"
+
+TEST(PlanetK, KnownPlanets) {
+    EXPECT_NEAR(radialVelocityAmplitude(0.47, 4.2308, 0.0069, 1.11), 55.1, 0.05);    // 51 Peg b
+    EXPECT_NEAR(radialVelocityAmplitude(0.69, 3.52472, 0.0082, 1.148), 84.0, 0.05);  // HD 209458 b
+    // An eccentric orbit raises K by 1 / sqrt(1 - e^2).
+    EXPECT_NEAR(radialVelocityAmplitude(1, 100, 0.6, 1) / radialVelocityAmplitude(1, 100, 0, 1),
+                1.25, 1e-9);
+}
+
+namespace {
+
+HostLookup lookupFor(const std::string& root) {
+    HostLookup l;
+    l.crossIds = readCrossIds(root + "/usr/share/stellarium/stars/default/cross-id.dat");
+    l.names = readStarNames(root + "/package/data/starnames.json");
+    for (const auto& [hip, list] :
+         readHipNames(root + "/usr/share/stellarium/stars/default/name.fab", false))
+        for (const auto& d : list)
+            l.hipOfDesignation.emplace(d, hip);
+    l.positions = readStarPositions(root + "/package/data/stars.14.json");
+    l.properMotions = readProperMotions(root + "/usr/share/stellarium/stars/default/hip_pm.dat");
+    return l;
+}
+
+const char* kCatalogue = R"({"version": "1", "stars": {
+  "HD 300 A": {"smass": 1.0, "exoplanets": [
+      {"mass": 1.0, "period": 365.25, "semiAxis": 1.0, "eccentricity": 0.0, "planetName": "b"}]},
+  "alf CMa": {"smass": 2.0, "exoplanets": [
+      {"mass": 2.0, "period": 10.0, "semiAxis": 0.1, "eccentricity": 0.1, "planetName": "c"},
+      {"mass": 2.0, "period": 20.0, "semiAxis": 0.2, "eccentricity": 0.1, "planetName": "b"}]},
+  "Some Star": {"smass": 1.0, "starAltNames": "GJ 1, HIP 91262", "exoplanets": [
+      {"mass": 0.5, "period": 5.0, "semiAxis": 0.05, "eccentricity": 0.2, "planetName": "b"}]},
+  "Near Beta": {"smass": 1.0, "RA": "2h0m0s", "DE": "-10d0m5s", "exoplanets": [
+      {"mass": 0.5, "period": 5.0, "semiAxis": 0.05, "eccentricity": 0.2, "planetName": "b"}]},
+  "Kepler-1": {"smass": 1.0, "RA": "5h0m0s", "DE": "50d0m0s", "exoplanets": [
+      {"mass": 0.5, "period": 5.0, "semiAxis": 0.05, "eccentricity": 0.2, "planetName": "b"}]},
+  "HD 500": {"exoplanets": [
+      {"mass": 0.5, "period": 5.0, "semiAxis": 0.05, "eccentricity": 0.2, "planetName": "b"}]},
+  "HD 600": {"smass": 1.0, "exoplanets": [
+      {"period": 5.0, "semiAxis": 0.05, "eccentricity": 0.2, "planetName": "b"},
+      {"mass": 0.5, "period": 5.0, "semiAxis": 0.05, "eccentricity": 1.0, "planetName": "c"}]}
+}})";
+
+}  // namespace
+
+TEST(PlanetFile, HostsResolveByNameCrossIdDesignationAndPosition) {
+    ScratchDir dir;
+    std::string root = writeStarSources(dir);
+    PlanetStatistics stats;
+    std::vector<Planet> planets =
+        selectPlanets(parseJson(kCatalogue, "cat"), lookupFor(root), &stats);
+    // HD 300 by name; alpha CMa -> HIP 32349 -> HD 48915; HIP 91262 -> HD 172167;
+    // "Near Beta" within 20" of HIP 13 (RA 30 deg, Dec -10) -> HD 400; Kepler-1 nowhere.
+    ASSERT_EQ(planets.size(), 5u);
+    EXPECT_EQ(planets[0].hd, 300);
+    EXPECT_EQ(planets[1].hd, 400);
+    EXPECT_EQ(planets[2].hd, 48915);
+    EXPECT_EQ(planets[2].letter, "b");  // sorted by HD, then letter
+    EXPECT_EQ(planets[4].hd, 172167);
+    EXPECT_EQ(stats.hosts, 7);
+    EXPECT_EQ(stats.hostsWithHd, 6);
+    EXPECT_EQ(stats.skippedNoStarMass, 1);  // HD 500
+    EXPECT_EQ(stats.skippedIncomplete, 1);  // HD 600 b has no mass
+    EXPECT_EQ(stats.skippedOutOfRange, 1);  // HD 600 c: e = 1
+    // A year around a solar mass: K of a Jupiter mass at 1 AU, about 28.4 m/s.
+    EXPECT_NEAR(planets[0].k, 28.4, 0.1);
+}
+
+TEST(PlanetFile, FixedColumnsAsTheStarListReadsThem) {
+    std::vector<Planet> planets(2);
+    planets[0] = {217014, "51 Peg", "b", 0.47, 4.2308, 0.052, 0.0069, 55.078};
+    planets[1] = {1, "A very long host", "b", 12345.678, 9999999.0, 9999999.0, 0.999, 0.0001};
+    std::string text = formatPlanetFile(planets);
+    int number = 0;
+    for (const TextLine& l : splitLines(text)) {
+        std::string line(l.text);
+        if (line.empty() || line[0] == '#') continue;
+        ++number;
+        ASSERT_GE(line.size(), 89u) << line;
+        EXPECT_GE(splitWords(line).size(), 7u);
+        auto column = [&](std::size_t from, std::size_t to) {
+            return std::string(trim(std::string_view(line).substr(from, to - from)));
+        };
+        EXPECT_EQ(std::stoi(column(0, 8)), number);
+        const Planet& p = planets[number - 1];
+        EXPECT_EQ(std::stoi(column(8, 24)), p.hd);
+        EXPECT_EQ(column(24, 40), p.host.substr(0, 15));
+        EXPECT_NEAR(std::stod(column(40, 53)), p.mass, p.mass * 1e-6);
+        EXPECT_NEAR(std::stod(column(53, 65)), p.period, p.period * 1e-6);
+        EXPECT_NEAR(std::stod(column(65, 78)), p.semimajorAxis, p.semimajorAxis * 1e-6);
+        EXPECT_NEAR(std::stod(column(78, 90)), p.eccentricity, 1e-6);
+        EXPECT_NEAR(std::stod(line.substr(90)), p.k, 1e-3);
+    }
+    EXPECT_EQ(number, 2);
+}
+
+namespace {
+
+// A resource as a binary carries it: sizes, then the zlib stream, amid other bytes.
+std::string embedded(const std::string& plain) {
+    uLongf size = compressBound(uLong(plain.size()));
+    std::string z(size, '\0');
+    compress(reinterpret_cast<Bytef*>(z.data()), &size,
+             reinterpret_cast<const Bytef*>(plain.data()), uLong(plain.size()));
+    z.resize(size);
+    std::string b(1000, '\x78');  // decoys: bytes that look like zlib headers
+    putU32be(b, unsigned(z.size() + 4));
+    putU32be(b, unsigned(plain.size()));
+    b += z;
+    b += std::string(500, '\0');
+    return b;
+}
+
+}  // namespace
+
+TEST(PlanetFile, CatalogueIsFoundInsideABinary) {
+    ScratchDir dir;
+    std::string other = embedded("{\"satellites\": {}}");
+    std::string wanted = embedded(kCatalogue);
+    std::string path = dir.write("program", other + wanted);
+    std::string json = extractCompressedResource(path, "\"exoplanets\"");
+    EXPECT_EQ(json, kCatalogue);
+    std::string none = dir.write("other", other + std::string(wanted.substr(0, wanted.size() / 2)));
+    EXPECT_THROW(extractCompressedResource(none, "\"exoplanets\""), DataError);
+}
+
+TEST(PlanetConverter, BadCatalogueStopsWithoutOutput) {
+    ScratchDir dir, out;
+    std::string root = writeStarSources(dir);
+    std::string json = dir.write("cat.json", "{\"stars\": {\"HD 1\": {\"smass\": 1, }}}");
+    RunResult r =
+        runCommand(std::string(DATATREE_PLANETS_TOOL) + " " + root + " " + out.path() + " " + json);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.err.find("cat.json: bad JSON at byte"), std::string::npos) << r.err;
+    EXPECT_FALSE(fileExists(out.path() + "/stardata/exoplanets.txt"));
+
+    json = dir.write("cat2.json", "{\"stars\": {\"HD 1\": {\"smass\": 1}}}");
+    r = runCommand(std::string(DATATREE_PLANETS_TOOL) + " " + root + " " + out.path() + " " + json);
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.err.find("has no \"exoplanets\" list"), std::string::npos) << r.err;
+
+    json = dir.write("cat3.json", kCatalogue);
+    r = runCommand(std::string(DATATREE_PLANETS_TOOL) + " " + root + " " + out.path() + " " + json);
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_TRUE(fileExists(out.path() + "/stardata/exoplanets.txt"));
+}
