@@ -10,6 +10,7 @@
 
 #include "framework/actions.h"
 #include "framework/frame_loop.h"
+#include "framework/frame_writer.h"
 #include "framework/framework_state.h"
 #include "framework/view_control.h"
 #include "framework/window_scope.h"
@@ -58,13 +59,22 @@ void dumpMovie(bool silent) {
     if (!movie) return;
     WindowScope scope(mainWindow);
     const int width = winWidth, height = winHeight;
+    const std::size_t frameBytes = static_cast<std::size_t>(std::max(width, 0)) *
+                                   static_cast<std::size_t>(std::max(height, 0)) * 3;
     std::vector<unsigned char> frame;
     try {
-        frame.resize(static_cast<std::size_t>(std::max(width, 0)) * std::max(height, 0) * 3);
+        frame.resize(frameBytes);
     } catch (const std::bad_alloc&) {
         std::fprintf(stderr, "Err: failed to allocate buffer for movie making.\n\n");
         return;
     }
+    // Each frame's file is written while the next frame renders.
+    FrameWriter writer;
+    const auto endOnFailure = [&writer] {
+        if (writer.finish()) return;
+        std::fprintf(stderr, "Err : writing to [%s]\n", writer.failedFile().c_str());
+        endProcess(1);
+    };
     const int total = movie->totalNumFrame();
     long long n = frameSkip;
     currFrame = doubleRate ? frameSkip / 2 : frameSkip;
@@ -77,20 +87,39 @@ void dumpMovie(bool silent) {
         }
         View v;
         if (movie->evaluateFrame(currFrame, v) == 1) applyView(v);
+        int w = width, h = height;
         if (jitterSize <= 1) {
             captureNextDisplay(frame.data(), width, height);
             displayCallback();
-            writeFrame(movieFileHead, number, frame.data(), width, height);
         } else {
             displayCallback();
             const JitterAccumulator& jittered = lastJitteredFrame();
-            writeFrame(movieFileHead, number, jittered.image().data(), jittered.width(),
-                       jittered.height());
+            w = jittered.width();
+            h = jittered.height();
+            frame.assign(jittered.image().begin(), jittered.image().end());
+        }
+        endOnFailure();
+        if (movieFileHead.empty()) {
+            std::fprintf(stderr, "Err (dumpFrame): header is null.\n");
+        } else {
+            const std::string name = numberedName(movieFileHead, number);
+            std::fprintf(stderr, "write frame to [%s]\n", name.c_str());
+            if (gzipFrames) std::fprintf(stderr, "Run [gzip %s]\n", name.c_str());
+            std::vector<unsigned char> next;
+            try {
+                next.resize(frameBytes);
+            } catch (const std::bad_alloc&) {
+                std::fprintf(stderr, "Err: failed to allocate buffer for movie making.\n\n");
+                break;
+            }
+            next.swap(frame);  // the writer owns this frame's pixels now
+            writer.write(name, std::move(next), w, h, gzipFrames);
         }
         ++n;
         currFrame += doubleRate ? 0.5 : 1.0;
         if (!silent) std::fprintf(stderr, "done.\n");
     }
+    endOnFailure();
     setInterfaceSuppressed(false);
 }
 

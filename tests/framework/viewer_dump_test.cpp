@@ -144,3 +144,11 @@ TEST_F(ViewerDump, ASceneThatFailsToStartEndsWithCodeOne) {
     EXPECT_EQ(1, r.exitCode);
     EXPECT_EQ(std::string::npos, r.out.find("quitScene"));
 }
+
+TEST_F(ViewerDump, AFrameThatCannotBeWrittenEndsTheDumpWithCodeOne) {
+    const fwtest::RunResult r = run(kViewer, {"-dump", "missing/folder/out", "0", kThree});
+    EXPECT_EQ(1, r.exitCode);
+    EXPECT_NE(std::string::npos, r.err.find("Err : writing to [missing/folder/out.0000.pnm]\n"));
+    EXPECT_EQ(std::string::npos, r.err.find("out.0001.pnm"));  // nothing after the failure
+    EXPECT_TRUE(fwtest::listDir(dir_).empty());
+}
