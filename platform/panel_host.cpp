@@ -389,11 +389,16 @@ void panelWindowDisplay() {
         ImGui_ImplOpenGL2_NewFrame();
         ImGui_ImplGLUT_NewFrame();
         releaseHeldChanges(panelHost);
+        // Panel callbacks and routed keys act on the main window's GL state, as they would
+        // from the column inside it.
+        glutSetWindow(mainHost.glutId);
         routePanelEvents();
         buildPanel(0.0f, 0.0f, static_cast<float>(panelHost.width),
                    static_cast<float>(panelHost.height));
+        ImGui::SetCurrentContext(panelHost.context);
         ImGui::Render();
         frameActive = false;
+        if (panelHost.glutId == 0) return;  // closed meanwhile
         if (glutGetWindow() != panelHost.glutId) glutSetWindow(panelHost.glutId);
         glViewport(0, 0, panelHost.width, panelHost.height);
         const ImVec4 bg = ImGui::GetStyle().Colors[ImGuiCol_WindowBg];
@@ -403,6 +408,14 @@ void panelWindowDisplay() {
     }
     glutSwapBuffers();
     if (!panelHost.held.empty()) glutPostRedisplay();
+}
+
+// Closing the panel's own window leaves the program running without it.
+void onPanelClose() {
+    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
+    panelHost.glutId = 0;
+    panelHost.events.clear();
+    panelHost.held.clear();
 }
 
 }  // namespace
@@ -486,6 +499,7 @@ void createPanel(PanelBuilder build, PanelPlacement where) {
     setUpContext(panelHost);
     glutDisplayFunc(panelWindowDisplay);
     glutReshapeFunc(onPanelReshape);
+    glutCloseFunc(onPanelClose);
     registerInput();
     glutInitDisplayMode(static_cast<unsigned int>(savedMode));
     glutInitWindowSize(savedWidth, savedHeight);
