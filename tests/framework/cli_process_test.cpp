@@ -88,6 +88,14 @@ TEST(CommandLineErrors, ScriptThatCannotBeLoaded) {
     EXPECT_EQ(std::string::npos, r.err.find("Usage"));
 }
 
+TEST(CommandLineErrors, AWindowTooLargeToDrawIntoIsRefusedBeforeAnyWindow) {
+    const fwtest::RunResult r = runWithoutDisplay({kScripts + "too_wide.scp"});
+    EXPECT_EQ(1, r.exitCode);
+    const std::string tail = "Err : in movie script [" + kScripts + "too_wide.scp]!\n\n";
+    ASSERT_GE(r.err.size(), tail.size());
+    EXPECT_EQ(tail, r.err.substr(r.err.size() - tail.size()));
+}
+
 TEST(CommandLineErrors, AGoodCommandLineWithoutADisplayStillEndsWithExitCodeOne) {
     const fwtest::RunResult r = runWithoutDisplay({kScripts + "three_frames.scp"});
     EXPECT_EQ(1, r.exitCode);

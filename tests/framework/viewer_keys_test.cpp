@@ -230,3 +230,45 @@ TEST_F(RunningViewer, QuitAsksFirstAndTheSceneWaitsForTheAnswer) {
     EXPECT_EQ(0, viewer_->wait(5.0));
     EXPECT_NE(std::string::npos, viewer_->out().find("quitScene\n"));
 }
+
+TEST(RunningSkyrama, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
+    if (!fwtest::haveDisplay() || !fwtest::haveProgram("xdotool")) GTEST_SKIP() << "no display";
+    const std::string dir = fwtest::freshDir("overlay_keys");
+    fwtest::RunOptions options;
+    options.workingDir = dir;
+    fwtest::BackgroundProgram skyrama(
+        {SKYRAMA_BINARY_DIR "/skyrama", SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"}, options);
+    const std::string window = fwtest::findWindow("demo.scp");
+    ASSERT_FALSE(window.empty()) << skyrama.err();
+    fwtest::sleepSeconds(0.3);
+    // The empty scene shows the axes and the metre cubes; n adds the frame number; a and b
+    // take the axes and cubes away again.
+    fwtest::pressKeys(window, {"n", "Insert", "a", "b", "Insert", "n", "Insert"});
+
+    // Counts the pixels that are magenta (the overlay's colour), that are lit at all, and that
+    // are lit outside the lower left corner where the frame number is written.
+    struct Counts {
+        int magenta = 0, lit = 0, litElsewhere = 0;
+    };
+    const auto count = [&](const std::string& name) {
+        int w = 0, h = 0, c = 0;
+        const auto data = read_pnm((dir + "/" + name).c_str(), &w, &h, &c);
+        EXPECT_EQ(512u * 384u * 3u, data.size()) << name;
+        Counts n;
+        for (std::size_t i = 0; i + 2 < data.size(); i += 3) {
+            const int x = static_cast<int>(i / 3) % 512, y = static_cast<int>(i / 3) / 512;
+            const bool lit = data[i] + data[i + 1] + data[i + 2] > 0;
+            n.magenta += (data[i] > 200 && data[i + 1] < 130 && data[i + 2] > 200) ? 1 : 0;
+            n.lit += lit ? 1 : 0;
+            n.litElsewhere += (lit && (x > 300 || y < 330)) ? 1 : 0;
+        }
+        return n;
+    };
+    const Counts all = count("screen.0000.pnm");
+    EXPECT_GT(all.magenta, 50);        // "Frame 0/60 (*)" in (1, 0.4, 1)
+    EXPECT_GT(all.litElsewhere, 500);  // and the axes and cubes
+    const Counts numberOnly = count("screen.0001.pnm");
+    EXPECT_GT(numberOnly.magenta, 50);
+    EXPECT_EQ(0, numberOnly.litElsewhere);
+    EXPECT_EQ(0, count("screen.0002.pnm").lit);  // nothing left: black
+}
