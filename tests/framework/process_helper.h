@@ -52,7 +52,7 @@ void sleepSeconds(double seconds);
 // xdotool with the words given; its standard output.
 std::string xdotool(const std::vector<std::string>& words);
 // The id of the window whose name contains the text, waiting up to the timeout; "" if none.
-std::string findWindow(const std::string& nameText, double timeoutSeconds = 10.0);
+std::string findWindow(const std::string& nameText, double timeoutSeconds = 30.0);
 // Focuses the window and presses the keys one at a time, with a pause after each.
 void pressKeys(const std::string& window, const std::vector<std::string>& keys,
                double pauseSeconds = 0.25);
