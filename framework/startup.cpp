@@ -52,10 +52,13 @@ void routeInput(const platform::InputEvent& e) {
     }
 }
 
-// Closing the main window ends the program the same way Yes to "Really Quit?" does (a scene
-// may install its own close handler in initScene).
+// Closing the main window releases the movie and runs quitScene; GLUT then ends the process
+// (a scene may install its own close handler in initScene).
 void onMainWindowClose() {
-    quitViewer(0);
+    movie.reset();
+    const SceneEntryPoints& scene = activeScene();
+    if (scene.quitScene) scene.quitScene();
+    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_EXIT);
 }
 
 void resetPlayState() {

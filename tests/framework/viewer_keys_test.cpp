@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <X11/Xlib.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -271,4 +272,32 @@ TEST(RunningSkyrama, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
     EXPECT_GT(numberOnly.magenta, 50);
     EXPECT_EQ(0, numberOnly.litElsewhere);
     EXPECT_EQ(0, count("screen.0002.pnm").lit);  // nothing left: black
+}
+
+namespace {
+
+// What a window manager sends when the user closes a window.
+bool askWindowToClose(const std::string& window) {
+    Display* display = XOpenDisplay(nullptr);
+    if (display == nullptr) return false;
+    XEvent e{};
+    e.xclient.type = ClientMessage;
+    e.xclient.window = std::strtoul(window.c_str(), nullptr, 10);
+    e.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    e.xclient.format = 32;
+    e.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    e.xclient.data.l[1] = CurrentTime;
+    XSendEvent(display, e.xclient.window, False, NoEventMask, &e);
+    XFlush(display);
+    XCloseDisplay(display);
+    return true;
+}
+
+}  // namespace
+
+TEST_F(RunningViewer, ClosingTheWindowRunsQuitSceneAndEndsWithCodeZero) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
+    ASSERT_TRUE(askWindowToClose(window_));
+    EXPECT_EQ(0, viewer_->wait(10.0));
+    EXPECT_EQ(1, fwtest::countLines(viewer_->out(), "quitScene"));
 }
