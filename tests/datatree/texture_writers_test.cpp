@@ -10,6 +10,7 @@
 #include "tools/datatree/core/colormaps.h"
 #include "tools/datatree/core/mesh.h"
 #include "tools/datatree/core/raster.h"
+#include "tools/datatree/core/sky_frames.h"
 #include "tools/datatree/core/text_input.h"
 
 namespace {
@@ -128,7 +129,7 @@ TEST(Meshes, GridSpheresFaceTheRightWay) {
         addGridSphere(
             &mesh, "g", "m", 12, 6,
             [](double s, double t) {
-                double lon = s * 2 * M_PI, lat = (0.5 - t) * M_PI;
+                double lon = s * 2 * kPi, lat = (0.5 - t) * kPi;
                 return Vec3{std::cos(lat) * std::cos(lon), std::cos(lat) * std::sin(lon),
                             std::sin(lat)};
             },

@@ -126,7 +126,7 @@ TEST(MovieTree, DefaultScriptsLoad) {
         const char* name;
         int frames, width, height;
     };
-    for (const Script& s : {Script{"tour.scp", 451, 640, 640}, Script{"short.scp", 21, 320, 320}}) {
+    for (const Script& s : {Script{"tour.scp", 591, 640, 640}, Script{"short.scp", 21, 320, 320}}) {
         MovieRecord record;
         std::string path = dataRoot() + "/movies/" + s.name;
         ASSERT_EQ(record.loadRecord(path.c_str(), 1), 1) << s.name;
@@ -135,5 +135,13 @@ TEST(MovieTree, DefaultScriptsLoad) {
         record.getResolution(w, h);
         EXPECT_EQ(w, s.width);
         EXPECT_EQ(h, s.height);
+        // Every frame of the path is a usable camera.
+        for (int f = 0; f < record.totalNumFrame(); ++f) {
+            View v;
+            ASSERT_EQ(record.evaluateFrame(f, v), 1) << s.name << " frame " << f;
+            ASSERT_TRUE(std::isfinite(v.viewPos.w) && std::isfinite(v.viewDir.x) && v.fovy > 0)
+                << s.name << " frame " << f;
+            ASSERT_NEAR(length(v.viewDir), 1.0, 1e-6) << s.name << " frame " << f;
+        }
     }
 }

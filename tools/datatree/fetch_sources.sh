@@ -31,6 +31,10 @@ npm_files="package/data/stars.14.json package/data/starnames.json package/LICENS
 mkdir -p "$cache/debs" "$cache/npm" "$cache/root"
 cache=$(cd "$cache" && pwd)
 
+for tool in apt-get dpkg-deb tar; do
+    command -v "$tool" >/dev/null 2>&1 || fail "$tool is needed to fetch the catalogue packages"
+done
+
 sudo_cmd=""
 [ "$(id -u)" -eq 0 ] || sudo_cmd=sudo
 updated=0
@@ -79,6 +83,8 @@ done
 
 tgz=$(ls "$cache/npm/"*.tgz 2>/dev/null | head -n 1 || true)
 if [ -z "$tgz" ]; then
+    command -v npm >/dev/null 2>&1 ||
+        fail "the npm client is needed to fetch $npm_package (Debian package npm)"
     say "downloading $npm_package"
     (cd "$cache/npm" && npm pack --silent "$npm_package" >/dev/null 2>&1) ||
         fail "cannot download $npm_package from the npm registry"

@@ -134,7 +134,7 @@ void makeEarth(const std::string& root, const std::string& dir) {
 void addRing(Mesh* mesh, MeshGroup* g, const Vec3& e1, const Vec3& e2, double r0, double r1,
              int segments, int texcoord) {
     for (int k = 0; k < segments; ++k) {
-        double a = 2 * M_PI * k / segments, b = 2 * M_PI * (k + 1) / segments;
+        double a = 2 * kPi * k / segments, b = 2 * kPi * (k + 1) / segments;
         Vec3 ua = e1 * std::cos(a) + e2 * std::sin(a), ub = e1 * std::cos(b) + e2 * std::sin(b);
         Vec3 p0 = ua * r0, p1 = ua * r1, p2 = ub * r1, p3 = ub * r0;
         addFlatTriangle(mesh, g, p0, p1, p2, texcoord);
@@ -163,7 +163,7 @@ void addCone(Mesh* mesh, MeshGroup* g, const Vec3& base, const Vec3& tip, double
         normalized(std::fabs(axis.x) < 0.9 ? cross(axis, {1, 0, 0}) : cross(axis, {0, 1, 0}));
     Vec3 up = cross(axis, side);
     for (int k = 0; k < segments; ++k) {
-        double a = 2 * M_PI * k / segments, b = 2 * M_PI * (k + 1) / segments;
+        double a = 2 * kPi * k / segments, b = 2 * kPi * (k + 1) / segments;
         Vec3 pa = base + (side * std::cos(a) + up * std::sin(a)) * r;
         Vec3 pb = base + (side * std::cos(b) + up * std::sin(b)) * r;
         addFlatTriangle(mesh, g, pa, pb, tip, texcoord);
@@ -179,7 +179,7 @@ void addCylinder(Mesh* mesh, MeshGroup* g, const Vec3& p0, const Vec3& p1, doubl
         normalized(std::fabs(axis.x) < 0.9 ? cross(axis, {1, 0, 0}) : cross(axis, {0, 1, 0}));
     Vec3 up = cross(axis, side);
     for (int k = 0; k < segments; ++k) {
-        double a = 2 * M_PI * k / segments, b = 2 * M_PI * (k + 1) / segments;
+        double a = 2 * kPi * k / segments, b = 2 * kPi * (k + 1) / segments;
         Vec3 ra = (side * std::cos(a) + up * std::sin(a)) * r;
         Vec3 rb = (side * std::cos(b) + up * std::sin(b)) * r;
         addFlatTriangle(mesh, g, p0 + ra, p0 + rb, p1 + rb, texcoord);
@@ -220,7 +220,7 @@ void makeCompass(const std::string& dir) {
     addRing(&mesh, &equator, X, Y, 0.96, 1.0, 96, t);
     addRing(&mesh, &meridian, X, Z, 0.96, 1.0, 96, t);
     for (int h = 0; h < 24; ++h) {  // right ascension, every hour; longer every 6 h
-        double a = 2 * M_PI * h / 24;
+        double a = 2 * kPi * h / 24;
         Vec3 u = X * std::cos(a) + Y * std::sin(a), v = cross(Z, u);
         addTick(&mesh, &ticks, u, v, 1.0, h % 6 == 0 ? 1.14 : 1.07, 0.015, t);
     }

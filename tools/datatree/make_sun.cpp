@@ -7,6 +7,7 @@
 
 #include "tools/datatree/core/data_error.h"
 #include "tools/datatree/core/raster.h"
+#include "tools/datatree/core/sky_frames.h"
 #include "tools/datatree/core/text_input.h"
 
 namespace {
@@ -38,7 +39,7 @@ void makeDisk(const Raster& surface, Raster* rgb, Raster* alpha) {
             double mu = std::sqrt(1.0 - r2);
             double lon = std::atan2(nx, mu), lat = std::asin(ny);
             double sample[3];
-            sampleBilinear(surface, 0.5 + lon / (2 * M_PI), 0.5 - lat / M_PI, true, sample);
+            sampleBilinear(surface, 0.5 + lon / (2 * kPi), 0.5 - lat / kPi, true, sample);
             double darkening = 1.0 - kLimbDarkening * (1.0 - mu);
             for (int c = 0; c < 3; ++c) {
                 rgb->at(x, y, c) =

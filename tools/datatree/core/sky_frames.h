@@ -6,7 +6,8 @@
 #include "common_package/math/src/mat3.h"
 #include "common_package/math/src/vec3.h"
 
-constexpr double kDegree = 3.14159265358979323846 / 180.0;
+constexpr double kPi = 3.14159265358979323846;
+constexpr double kDegree = kPi / 180.0;
 
 // km/s of a transverse motion of 1 AU per Julian year (1 mas/yr at 1 mas parallax).
 constexpr double kAuPerYearKmS = 4.740470446;

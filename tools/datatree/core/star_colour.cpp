@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
 
@@ -76,6 +77,21 @@ void blackbodyChromaticity(double temperatureK, double* x, double* y) {
 }
 
 Rgb colourFromBv(double bv) {
+    // The black-body integral costs a few hundred exponentials; a table 0.001 mag apart,
+    // interpolated, is indistinguishable from it and a hundred times faster for 100,000 stars.
+    constexpr double kStep = 0.001;
+    static const std::vector<Rgb> table = [] {
+        int n = int(std::lround((kBvColourEnd - kBvColourStart) / kStep)) + 1;
+        std::vector<Rgb> t(n);
+        for (int i = 0; i < n; ++i)
+            t[i] = blackbodyColour(temperatureFromBv(kBvColourStart + i * kStep));
+        return t;
+    }();
     bv = std::min(std::max(bv, kBvColourStart), kBvColourEnd);
-    return blackbodyColour(temperatureFromBv(bv));
+    double x = (bv - kBvColourStart) / kStep;
+    std::size_t i = std::min(std::size_t(x), table.size() - 2);
+    double f = x - double(i);
+    const Rgb& a = table[i];
+    const Rgb& b = table[i + 1];
+    return {a.r + (b.r - a.r) * f, a.g + (b.g - a.g) * f, a.b + (b.b - a.b) * f};
 }

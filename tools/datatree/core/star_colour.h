@@ -22,5 +22,6 @@ void blackbodyChromaticity(double temperatureK, double* x, double* y);
 constexpr double kBvColourStart = -0.4;
 constexpr double kBvColourEnd = 2.0;
 
-// blackbodyColour(temperatureFromBv(bv)) with bv clamped to the range above.
+// blackbodyColour(temperatureFromBv(bv)) with bv clamped to the range above (from a table
+// 0.001 mag apart).
 Rgb colourFromBv(double bv);

@@ -1,0 +1,75 @@
+// The data tree read by the readers that need an OpenGL context (particle textures, the
+// font texture), and the Milky Way surround drawn: looking along +x, the galactic centre,
+// the picture is far brighter than towards the galactic pole.
+#include <gtest/gtest.h>
+
+#include <GL/gl.h>
+#include <GL/glu.h>
+
+#include "common_package/glm/src/glm.h"
+#include "common_package/particle/src/particle_list.h"
+#include "image/tga_file.h"
+#include "tests/datatree/tree_files.h"
+#include "tests/support/gl_test_window.h"
+
+namespace {
+
+constexpr int kSize = 64;
+
+// Mean brightness of the middle quarter of the surround seen from its centre along dir.
+double brightnessTowards(GLMmodel* model, double dx, double dy, double dz, double ux, double uy,
+                         double uz) {
+    glViewport(0, 0, kSize, kSize);
+    glClearColor(0, 0, 0, 0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glDisable(GL_LIGHTING);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_CULL_FACE);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    gluPerspective(40.0, 1.0, 0.01, 10.0);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    gluLookAt(0, 0, 0, dx, dy, dz, ux, uy, uz);
+    glColor4f(1, 1, 1, 1);
+    glmDraw(model, GLM_TEXTURE | GLM_COLOR);
+    std::vector<unsigned char> rgb = testsupport::readBackRGB(kSize, kSize);
+    double sum = 0;
+    int n = 0;
+    for (int y = kSize / 4; y < 3 * kSize / 4; ++y) {
+        for (int x = kSize / 4; x < 3 * kSize / 4; ++x) {
+            testsupport::Rgb p = testsupport::pixelAt(rgb, kSize, x, y);
+            sum += p.r + p.g + p.b;
+            ++n;
+        }
+    }
+    return sum / n;
+}
+
+}  // namespace
+
+TEST(GlTree, MilkyWayIsBrightTowardsTheGalacticCentre) {
+    if (!requireDataTree()) return;
+    SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
+    GLMmodel* model = glmReadOBJ((dataRoot() + "/objdata/MilkyWayEnv.obj").c_str());
+    ASSERT_NE(model, nullptr);
+    glmUnitize(model);
+    double centre = brightnessTowards(model, 1, 0, 0, 0, 0, 1);
+    double pole = brightnessTowards(model, 0, 0, 1, 1, 0, 0);
+    double southPole = brightnessTowards(model, 0, 0, -1, 1, 0, 0);
+    EXPECT_GT(centre, 3 * pole) << "centre " << centre << ", pole " << pole;
+    EXPECT_GT(centre, 3 * southPole) << "centre " << centre << ", south pole " << southPole;
+    glmDelete(model);
+}
+
+TEST(GlTree, SunParticlesAndFontLoad) {
+    if (!requireDataTree()) return;
+    SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
+    ParticleList sun;
+    ASSERT_EQ(sun.read((dataRoot() + "/prtdata/SolarSystem/sun.prt").c_str(), true), 1);
+    EXPECT_EQ(sun.getNumParticles(), 6);
+    GLuint font = 0;
+    glGenTextures(1, &font);
+    EXPECT_EQ(loadTGA((dataRoot() + "/texturedata/font.tga").c_str(), font), 1);
+    glDeleteTextures(1, &font);
+}
