@@ -40,6 +40,8 @@ const std::vector<std::string>& generatedFiles() {
                                                    "prtdata/SolarSystem/sun.prt",
                                                    "prtdata/SolarSystem/sun_disk.ppm",
                                                    "prtdata/SolarSystem/sun_disk_alpha.pgm",
+                                                   "prtdata/SolarSystem/sun_glow.ppm",
+                                                   "prtdata/SolarSystem/sun_glow_alpha.pgm",
                                                    "texturedata/font.tga"};
     return files;
 }

@@ -67,7 +67,7 @@ TEST(GlTree, SunParticlesAndFontLoad) {
     SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
     ParticleList sun;
     ASSERT_EQ(sun.read((dataRoot() + "/prtdata/SolarSystem/sun.prt").c_str(), true), 1);
-    EXPECT_EQ(sun.getNumParticles(), 6);
+    EXPECT_EQ(sun.getNumParticles(), 5);
     GLuint font = 0;
     glGenTextures(1, &font);
     EXPECT_EQ(loadTGA((dataRoot() + "/texturedata/font.tga").c_str(), font), 1);

@@ -159,8 +159,10 @@ TEST(ParticleTree, SunParticlesAndTheirTextures) {
         ++seenParticles;
     }
     EXPECT_EQ(seenParticles, particles);
-    // From the solar disk (7e8 m) out past the planets: visible from log scale 5 to 15.
-    EXPECT_GT(std::log10(largest) + exponent, 12.5);
+    // Sizes hold at the reference scale 15, where the eye is 10^15.2 m from the Sun: the
+    // widest glow spans tens of degrees there.
+    EXPECT_EQ(exponent, 15.0f);
+    EXPECT_GT(std::atan(largest / 2 / std::pow(10.0, 0.2)) / kDegree, 20.0);
 }
 
 TEST(TextureTree, StarImageAndFont) {

@@ -73,12 +73,22 @@ download_deb() {
     echo "$have"
 }
 
+# A package file that does not unpack (an interrupted download) is fetched once more.
+unpack_deb() {
+    local deb=$1 files=$2
+    # shellcheck disable=SC2086
+    dpkg-deb --fsys-tarfile "$deb" 2>/dev/null | tar -x -C "$cache/root" $files 2>/dev/null
+}
+
 for entry in "${debs[@]}"; do
     IFS='|' read -r name version files <<<"$entry"
     deb=$(download_deb "$name" "$version")
-    # shellcheck disable=SC2086
-    dpkg-deb --fsys-tarfile "$deb" | tar -x -C "$cache/root" $files ||
-        fail "cannot unpack $files from $(basename "$deb")"
+    if ! unpack_deb "$deb" "$files"; then
+        say "$(basename "$deb") does not unpack; fetching it again"
+        rm -f "$deb"
+        deb=$(download_deb "$name" "$version")
+        unpack_deb "$deb" "$files" || fail "cannot unpack $files from $(basename "$deb")"
+    fi
 done
 
 tgz=$(ls "$cache/npm/"*.tgz 2>/dev/null | head -n 1 || true)
@@ -92,7 +102,10 @@ if [ -z "$tgz" ]; then
     [ -n "$tgz" ] || fail "no package file for $npm_package after the download"
 fi
 # shellcheck disable=SC2086
-tar -xzf "$tgz" -C "$cache/root" $npm_files || fail "cannot unpack $(basename "$tgz")"
+if ! tar -xzf "$tgz" -C "$cache/root" $npm_files 2>/dev/null; then
+    rm -f "$tgz"
+    fail "cannot unpack $(basename "$tgz") (removed; run the build again to fetch it anew)"
+fi
 
 touch "$stamp"
 say "sources ready in $cache/root"
