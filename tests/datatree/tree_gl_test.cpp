@@ -22,7 +22,9 @@ struct DriverAllocationsUnchecked {
     ~DriverAllocationsUnchecked() { __lsan_enable(); }
 };
 #else
-struct DriverAllocationsUnchecked {};
+struct DriverAllocationsUnchecked {
+    DriverAllocationsUnchecked() {}  // nothing to do without the leak checker
+};
 #endif
 
 namespace {
