@@ -23,6 +23,9 @@ setup() {
     for p in "${packages[@]}"; do
         dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "ok installed" || missing+=("$p")
     done
+    # The data tree fetches one source from the npm registry; use the machine's npm if it
+    # has one, Debian's otherwise.
+    command -v npm >/dev/null 2>&1 || missing+=(npm)
     if [ ${#missing[@]} -eq 0 ]; then
         return 0
     fi
