@@ -15,8 +15,11 @@ struct ConstellationLine {
 struct Constellation {
     char name[kStarNameSize];
     char code[kConstellationCodeSize];
-    StarObj* brightestStar;    // owned copy of the member with the smallest home magnitude
-    ConstellationLine* lines;  // owned
+    // Owned copy of the member with the smallest home magnitude (null when no member star
+    // was found). The copy keeps no planet list: planets are looked up in the star array.
+    StarObj* brightestStar;
+    std::int32_t brightestIndex;  // that member's index in the star array, -1 without one
+    ConstellationLine* lines;     // owned
     std::int32_t numLines;
     Phc** boundaries;                    // owned: one vertex array per boundary block
     std::int32_t* boundaryVertexCounts;  // owned

@@ -131,6 +131,51 @@ class StarList {
     int setLabelScale(float labelScale);
     int loadExtrasolarPlanets(const char* fileName);
     int setExtrasolarPlanetOrbitScale(float orbitScale);
+    int getNumConstellations() const { return numConstellations; }
+    // The record of a constellation, or null for an index out of range.
+    const Constellation* getConstellation(int id) const;
+    const char* getConstellationName(int id) const;
+    const char* getConstellationCode(int id) const;
+    // 2 x count star indices, made with the allocate function; the caller gives it back with
+    // releaseArray. Null on failure.
+    std::int32_t* getConstellationLineSet(int id, int* count) const;
+    void releaseArray(void* array) const;
+    // Copy of the brightest star of the first constellation that matches: 1, or -1 with
+    // nothing copied.
+    int findConstellationByName(StarObj* star, const char* name) const;
+    int findConstellationByCode(StarObj* star, const char* code) const;
+    // The constellation a star belongs to (by its code), or -1.
+    int findConstellationOfStar(const StarObj& star) const;
+    double getBoundaryRadius() const { return boundaryRadius; }
+    // Lines, names and boundaries of every constellation, or of one.
+    void drawConstellations(double currLogScale, int showLines, int showNames, int showBounds);
+    void drawConstellation(int id, double currLogScale, int showLines, int showNames,
+                           int showBounds);
+    int getNumPlanets() const { return numPlanets; }
+    const ExtrasolarPlanet* getPlanet(int index) const;
+    void drawPlanetOfStar(int starID, double currLogScale, int labelMode);
+    void drawPlanetOfStar(const StarObj* starobj, double currLogScale, int labelMode);
+    void drawPlanet(int planetID, double currLogScale, int labelMode);
+    void drawPlanet(const ExtrasolarPlanet* planet, double currLogScale, int labelMode);
+    void drawAllPlanets(double currLogScale, int labelMode);
+
+    // ---- Minimum spanning tree of the stars (catalogue/) ----
+    void buildMST(const char* saveFileName = nullptr);
+    int loadMST(const char* fileName);
+    // The (child, parent) pairs and their number; null when there is no tree for the
+    // current records.
+    const std::int32_t* getMSTEdges(int* numEdges) const;
+    void drawMST(double currLogScale, int renderFlags);
+
+    // ---- Star labels and star information (starrender/) ----
+    void drawLabelOfStar(int starID, double currLogScale, int labelMode, int showError);
+    void drawLabelOfStar(const StarObj* star, double currLogScale, int labelMode, int showError);
+    // A marker record (the scene's anchor) or a star with a label text of its own.
+    void drawLabelOfStar(const StarObj* star, double currLogScale, const char* text, int showError);
+    void drawDistanceErrors(double currLogScale);
+    void printStarInfo(const StarObj* record, std::FILE* out) const;
+    int printStarsInfo(const StarObj* records, int n, std::FILE* out) const;
+    static void printPlanetInfo(const ExtrasolarPlanet* planet, std::FILE* out);
 
     // ---- Brightness and point sizing (starrender/) ----
     float apparentMagnitude(float absMag, double w) const;
@@ -182,6 +227,11 @@ class StarList {
     // Defined with the constellation and planet code; also called when the stars are replaced.
     void releaseConstellations();
     void releaseExtrasolarPlanets();
+    void releaseMST();
+    void releaseConstellation(Constellation& constellation);
+    void resetConstellationNames();
+    // Line width range of the GL implementation (a fixed range without a GL context).
+    static void lineWidthRange(float range[2]);
 
     // Catalogue internals.
     int applyStarParameter(const StarParameter& next);
@@ -212,7 +262,8 @@ class StarList {
     // Settings block and its class names.
     StarParameter param;
     char spectralClassNames[kNumSpectralClasses][kSpectralClassNameSize];
-    double boundaryRadius = 0.0;  // log10 metres: light travel distance since 1950
+    double boundaryRadius = 0.0;    // log10 metres: light travel distance since 1950
+    std::int32_t mstNumPoints = 0;  // records the spanning tree was made for
 
     // Distance selection, valid while it is on.
     std::int32_t zRangeFirst = 0;

@@ -1,0 +1,293 @@
+// The spanning tree of the stars: Prim's choices on small cases, the fast builder against
+// Prim edge for edge (ties, repeated points, the real catalogue), and MST files.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "catalogue/mst.h"
+#include "catalogue/star_list.h"
+#include "tests/catalogue/catalogue_test_util.h"
+
+namespace {
+
+using cattest::ScratchDir;
+using cattest::stderrOf;
+using Edges = std::vector<std::int32_t>;
+
+struct TreeDeleter {
+    void operator()(std::int32_t* p) const { releaseMSTArray(p); }
+};
+using Tree = std::unique_ptr<std::int32_t, TreeDeleter>;
+
+Edges edgesOf(const std::int32_t* tree, int n) {
+    if (tree == nullptr) return {};
+    return Edges(tree, tree + 2 * (n > 1 ? n - 1 : 0));
+}
+
+Edges prim(const std::vector<double>& points, int k) {
+    const int n = static_cast<int>(points.size()) / k;
+    Tree tree(primMST(points.data(), n, k));
+    EXPECT_NE(tree, nullptr);
+    return edgesOf(tree.get(), n);
+}
+
+Edges fast(const std::vector<double>& points, int k) {
+    const int n = static_cast<int>(points.size()) / k;
+    Tree tree(fastMST(points.data(), n, k));
+    EXPECT_NE(tree, nullptr);
+    return edgesOf(tree.get(), n);
+}
+
+// The first edge where two trees differ, for a readable failure.
+std::string firstDifference(const Edges& a, const Edges& b) {
+    if (a.size() != b.size())
+        return "sizes " + std::to_string(a.size()) + " and " + std::to_string(b.size());
+    for (std::size_t i = 0; i < a.size(); i += 2) {
+        if (a[i] != b[i] || a[i + 1] != b[i + 1]) {
+            return "edge " + std::to_string(i / 2) + ": (" + std::to_string(a[i]) + "," +
+                   std::to_string(a[i + 1]) + ") vs (" + std::to_string(b[i]) + "," +
+                   std::to_string(b[i + 1]) + ")";
+        }
+    }
+    return "none";
+}
+
+void expectSameTree(const std::vector<double>& points, int k, const std::string& what) {
+    const Edges reference = prim(points, k);
+    const Edges quick = fast(points, k);
+    EXPECT_EQ(reference, quick) << what << ": first difference "
+                                << firstDifference(reference, quick);
+}
+
+TEST(PrimMST, CollinearStarsJoinInAChain) {
+    // Stars 1, 2, 3 at distances 1, 2 and 4 from star 0 along one line.
+    const std::vector<double> points = {0, 0, 0, 1, 0, 0, 2, 0, 0, 4, 0, 0};
+    EXPECT_EQ(prim(points, 3), (Edges{1, 0, 2, 1, 3, 2}));
+    EXPECT_EQ(fast(points, 3), (Edges{1, 0, 2, 1, 3, 2}));
+}
+
+TEST(PrimMST, SmallAndDegenerateSets) {
+    // Fewer than two points: an empty tree, not a failure.
+    for (int n : {0, 1}) {
+        std::vector<double> points(3 * n, 1.0);
+        Tree a(primMST(points.data(), n, 3)), b(fastMST(points.data(), n, 3));
+        EXPECT_NE(a, nullptr);
+        EXPECT_NE(b, nullptr);
+    }
+    // All points where point 0 is: the first remaining point, then the rest in order.
+    const std::vector<double> same(3 * 5, 2.5);
+    EXPECT_EQ(prim(same, 3), (Edges{1, 0, 2, 0, 3, 0, 4, 0}));
+    EXPECT_EQ(fast(same, 3), (Edges{1, 0, 2, 0, 3, 0, 4, 0}));
+    // Points at point 0 wait until the first point away from it has been added.
+    const std::vector<double> twins = {0, 0, 0, 5, 0, 0, 0, 0, 0, 5, 0, 0, 9, 0, 0};
+    EXPECT_EQ(prim(twins, 3), (Edges{1, 0, 2, 0, 3, 1, 4, 1}));
+    expectSameTree(twins, 3, "twins");
+    // A tie keeps the earlier-added parent, not the lower index: point 3 is as far from 1 as
+    // from 2, and 2 joined the tree before 1.
+    const std::vector<double> parentTie = {0, 0, 0, 0, 2, 0, 0, 1, 0, 1, 1.5, 0};
+    EXPECT_EQ(prim(parentTie, 3), (Edges{2, 0, 1, 2, 3, 2}));
+    expectSameTree(parentTie, 3, "parent tie");
+}
+
+TEST(FastMST, EqualsPrimOnRandomPoints) {
+    std::mt19937 rng(12345);
+    std::uniform_real_distribution<double> uniform(-100.0, 100.0);
+    std::normal_distribution<double> clustered(0.0, 1.0);
+    for (int trial = 0; trial < 6; ++trial) {
+        const int n = 300 + 400 * trial;
+        std::vector<double> points(3 * n);
+        for (double& c : points)
+            c = trial % 2 ? uniform(rng) : clustered(rng) * std::exp(clustered(rng));
+        expectSameTree(points, 3, "random set " + std::to_string(trial));
+    }
+    // Other dimensions take the general distance.
+    for (int k : {1, 2, 4}) {
+        std::vector<double> points(k * 500);
+        for (double& c : points)
+            c = uniform(rng);
+        expectSameTree(points, k, "dimension " + std::to_string(k));
+    }
+}
+
+TEST(FastMST, EqualsPrimOnGridsWithTiesAndRepeatedPoints) {
+    std::mt19937 rng(777);
+    for (int trial = 0; trial < 8; ++trial) {
+        const int side = 3 + trial;  // small grids: many equal distances and repeats
+        const int n = 50 + 150 * trial;
+        std::uniform_int_distribution<int> cell(0, side - 1);
+        std::vector<double> points(3 * n);
+        for (double& c : points)
+            c = cell(rng);
+        expectSameTree(points, 3, "grid " + std::to_string(side));
+    }
+    // A full grid, every point with six neighbours at the same distance; point 0 inside it.
+    std::vector<double> grid;
+    grid.insert(grid.end(), {4, 4, 4});
+    for (int x = 0; x < 9; ++x)
+        for (int y = 0; y < 9; ++y)
+            for (int z = 0; z < 9; ++z)
+                grid.insert(grid.end(), {double(x), double(y), double(z)});
+    expectSameTree(grid, 3, "full grid");
+    // Points on a lattice sphere around a centre: many equal distances to one point.
+    std::vector<double> sphere = {0, 0, 0, 0.5, 0, 0};
+    for (int x = -5; x <= 5; ++x)
+        for (int y = -5; y <= 5; ++y)
+            for (int z = -5; z <= 5; ++z)
+                if (x * x + y * y + z * z == 25)
+                    sphere.insert(sphere.end(), {double(x), double(y), double(z)});
+    expectSameTree(sphere, 3, "lattice sphere");
+}
+
+TEST(FastMST, UnusualCoordinatesStillGivePrimsTree) {
+    // Distinct points whose squared distances underflow to zero, and infinite coordinates.
+    std::vector<double> tiny;
+    for (int i = 0; i < 40; ++i)
+        tiny.insert(tiny.end(), {i * 1e-170, (i % 7) * 1e-170, 1.0});
+    expectSameTree(tiny, 3, "underflowing distances");
+    std::vector<double> infinite = {0, 0, 0, 1, 2, 3, HUGE_VAL, 0, 0, 4, 4, 4, -HUGE_VAL, 1, 1};
+    expectSameTree(infinite, 3, "infinite coordinates");
+}
+
+// The positions buildMST uses: current positions in units of 10^15 metres.
+std::vector<double> treePoints(const StarList& list, int n) {
+    std::vector<double> points;
+    for (int i = 0; i < n; ++i) {
+        StarObj star;
+        list.getStar(&star, i);
+        const double f = std::pow(10.0, star.pos.w - 15.0);
+        points.insert(points.end(), {star.pos.x * f, star.pos.y * f, star.pos.z * f});
+    }
+    return points;
+}
+
+TEST(FastMST, EqualsPrimOnTheCatalogue) {
+    const std::string path = std::string(SKYRAMA_SOURCE_DIR) + "/data/stardata/hipparcos.star";
+    if (std::FILE* f = std::fopen(path.c_str(), "rb")) {
+        std::fclose(f);
+    } else {
+        GTEST_SKIP() << "no catalogue at " << path << " (built by the data tree)";
+    }
+    StarList list;
+    cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(path.c_str(), 1, 1), 1); });
+    ASSERT_GE(list.getNumRecords(), 5000);
+    expectSameTree(treePoints(list, 5000), 3, "first 5000 catalogue stars");
+}
+
+TEST(StarListMST, BuildSaveAndLoad) {
+    ScratchDir dir;
+    std::string lines;
+    for (int i = 0; i < 12; ++i)
+        lines += cattest::fullLine(1 + i % 4, 2 + i / 4, 0.5 * i,
+                                   "G 2 V " + std::to_string(100 + i) + " 0 S" + std::to_string(i));
+    const std::string stars = dir.write("s.star", cattest::starFile(12, lines));
+    StarList list;
+    cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(stars.c_str(), 1, 1), 1); });
+    const int n = list.getNumRecords();
+
+    const std::string saved = dir.file("tree.mst");
+    list.buildMST(saved.c_str());
+    int numEdges = 0;
+    const std::int32_t* built = list.getMSTEdges(&numEdges);
+    ASSERT_NE(built, nullptr);
+    ASSERT_EQ(numEdges, n - 1);
+    const Edges builtEdges(built, built + 2 * numEdges);
+    EXPECT_EQ(builtEdges, prim(treePoints(list, n), 3));
+
+    const std::string text = cattest::readFile(saved);
+    EXPECT_EQ(text.substr(0, text.find('\n') + 1), "MST-FILE " + std::to_string(n) + " points\n");
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), n);
+
+    StarList other;
+    cattest::stdoutOf([&] { ASSERT_EQ(other.readStarFiles(stars.c_str(), 1, 1), 1); });
+    EXPECT_EQ(other.loadMST(saved.c_str()), 1);
+    const std::int32_t* loaded = other.getMSTEdges(&numEdges);
+    ASSERT_NE(loaded, nullptr);
+    EXPECT_EQ(Edges(loaded, loaded + 2 * numEdges), builtEdges);
+}
+
+std::string treeFile(int n, int edgeLines, int badVertexAt = -1, int badVertex = 0) {
+    std::string text = "MST-FILE " + std::to_string(n) + " points\n";
+    for (int i = 0; i < edgeLines; ++i) {
+        const int child = i + 1;
+        text += (i == badVertexAt ? std::to_string(child) + " " + std::to_string(badVertex)
+                                  : std::to_string(child) + " " + std::to_string(i)) +
+                "\n";
+    }
+    return text;
+}
+
+TEST(MSTFile, BadFilesAreReportedAndLeaveNoTree) {
+    ScratchDir dir;
+    int n = -1;
+    const std::string shortFile = dir.write("short.mst", treeFile(10, 8));
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(shortFile.c_str(), &n), nullptr); }),
+              "Err (load_MST): not enough edges in [" + shortFile + "] (8/9 edges read).\n");
+
+    const std::string badVertex = dir.write("vertex.mst", treeFile(10, 9, 2, 12));
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(badVertex.c_str(), &n), nullptr); }),
+              "Err (load_MST): there is a vertex [12] in [" + badVertex +
+                  "], which out of range [0,9]\n");
+    const std::string negative = dir.write("negative.mst", treeFile(10, 9, 0, -1));
+    EXPECT_NE(stderrOf([&] {
+                  EXPECT_EQ(load_MST(negative.c_str(), &n), nullptr);
+              }).find("there is a vertex [-1]"),
+              std::string::npos);
+
+    const std::string missing = dir.file("missing.mst");
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(missing.c_str(), &n), nullptr); }),
+              "Err (load_MST): opening file [" + missing + "].\n");
+
+    // A huge count in a short file reads what is there and reports it.
+    const std::string huge = dir.write("huge.mst", "MST-FILE 2000000000 points\n1 0\n2 1\n");
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(huge.c_str(), &n), nullptr); }),
+              "Err (load_MST): not enough edges in [" + huge + "] (2/1999999999 edges read).\n");
+
+    for (const std::string& content :
+         {std::string(), std::string("MST-FILE lots points\n"), std::string("MST-FILE 0 points\n"),
+          std::string("MST-FILE 3 points\n1 zero\n2 1\n"), std::string("\x01\x02\xff garbage")}) {
+        const std::string path = dir.write("garbage.mst", content);
+        const std::string message =
+            stderrOf([&] { EXPECT_EQ(load_MST(path.c_str(), &n), nullptr); });
+        EXPECT_EQ(message.rfind("Err (load_MST): ", 0), 0u) << message;
+    }
+    // The identifier is not checked.
+    const std::string other = dir.write("other.mst", "TREE 3 points\n1 0\n2 0\n");
+    Tree tree(load_MST(other.c_str(), &n));
+    EXPECT_NE(tree, nullptr);
+    EXPECT_EQ(n, 3);
+}
+
+TEST(MSTFile, PointCountMustMatchTheStars) {
+    ScratchDir dir;
+    std::string lines;
+    for (int i = 0; i < 100; ++i)
+        lines += cattest::fullLine(1 + i, 1, 1, "G 2 V 0 0 S");
+    const std::string stars = dir.write("s.star", cattest::starFile(100, lines));
+    StarList list;
+    cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(stars.c_str(), 1, 1), 1); });
+    ASSERT_EQ(list.getNumRecords(), 101);
+    list.buildMST();
+    const std::string tree100 = dir.write("t100.mst", treeFile(100, 99));
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.loadMST(tree100.c_str()), -1); }),
+              "Err (loadMST): number of points in [" + tree100 +
+                  "] does not match the number points I have.\n");
+    EXPECT_EQ(list.getMSTEdges(nullptr), nullptr);  // the old tree is gone too
+    const std::string tree101 = dir.write("t101.mst", treeFile(101, 100));
+    EXPECT_EQ(list.loadMST(tree101.c_str()), 1);
+    int numEdges = 0;
+    EXPECT_NE(list.getMSTEdges(&numEdges), nullptr);
+    EXPECT_EQ(numEdges, 100);
+
+    const std::string unwritable = dir.file("no/such/folder/tree.mst");
+    EXPECT_EQ(stderrOf([&] { list.buildMST(unwritable.c_str()); }),
+              "Err (save_MST): opening file [" + unwritable + "]\n");
+}
+
+}  // namespace
