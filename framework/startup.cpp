@@ -146,6 +146,7 @@ int runViewer(int argc, char** argv, const SceneEntryPoints& scene) {
     if (perfFrequency <= 0) perfFrequency = 1000;
 
     // GLUT sees only the program name: every word of our command line is ours or the scene's.
+    platform::waitForDisplay();
     int glutArgc = 1;
     char* glutArgv[] = {const_cast<char*>(program), nullptr};
     glutInit(&glutArgc, glutArgv);

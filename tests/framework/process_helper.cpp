@@ -77,13 +77,21 @@ std::string tempPath(const char* what) {
 }  // namespace
 
 RunResult runProgram(const std::vector<std::string>& argv, const RunOptions& options) {
-    BackgroundProgram p(argv, options);
     RunResult r;
-    r.exitCode = p.wait(options.timeoutSeconds);
-    r.timedOut = r.exitCode == -1 && p.running();
-    r.out = p.out();
-    r.err = p.err();
+    for (int attempt = 0; attempt < 4; ++attempt) {
+        BackgroundProgram p(argv, options);
+        r.exitCode = p.wait(options.timeoutSeconds);
+        r.timedOut = r.exitCode == -1 && p.running();
+        r.out = p.out();
+        r.err = p.err();
+        if (!options.withDisplay || !refusedByDisplay(r.err)) break;
+        sleepSeconds(0.2);
+    }
     return r;
+}
+
+bool refusedByDisplay(const std::string& err) {
+    return err.find("failed to open display") != std::string::npos;
 }
 
 BackgroundProgram::BackgroundProgram(const std::vector<std::string>& argv,
@@ -174,19 +182,41 @@ std::string xdotool(const std::vector<std::string>& words) {
     argv.insert(argv.end(), words.begin(), words.end());
     RunOptions options;
     options.timeoutSeconds = 15.0;
-    return runProgram(argv, options).out;
+    // A busy X server now and then refuses a connection: try again.
+    RunResult r;
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        r = runProgram(argv, options);
+        if (r.err.find("Can't open display") == std::string::npos) break;
+        sleepSeconds(0.1);
+    }
+    return r.out;
 }
 
-std::string findWindow(const std::string& nameText, double timeoutSeconds) {
+std::string findWindow(const std::string& nameText, double timeoutSeconds,
+                       BackgroundProgram* owner) {
     const auto end = std::chrono::steady_clock::now() +
                      std::chrono::milliseconds(static_cast<long>(timeoutSeconds * 1000));
     while (std::chrono::steady_clock::now() < end) {
+        if (owner != nullptr && !owner->running()) return "";
         std::string out = xdotool({"search", "--onlyvisible", "--name", nameText});
         const std::size_t eol = out.find('\n');
         if (eol != std::string::npos && eol > 0) return out.substr(0, eol);
         sleepSeconds(0.1);
     }
     return "";
+}
+
+std::string startWithWindow(std::unique_ptr<BackgroundProgram>& program,
+                            const std::vector<std::string>& argv, const RunOptions& options,
+                            const std::string& nameText) {
+    std::string window;
+    for (int attempt = 0; attempt < 4; ++attempt) {
+        program = std::make_unique<BackgroundProgram>(argv, options);
+        window = findWindow(nameText, 30.0, program.get());
+        if (!window.empty() || !refusedByDisplay(program->err())) break;
+        sleepSeconds(0.2);
+    }
+    return window;
 }
 
 void pressKeys(const std::string& window, const std::vector<std::string>& keys, double pause) {

@@ -2,6 +2,7 @@
 // Running programs from the framework tests: a finished run with its exit code and output, or
 // a program left running in the background (driven with xdotool).
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,8 +20,12 @@ struct RunOptions {
     double timeoutSeconds = 60.0;
 };
 
-// Runs argv[0] (a path) with the arguments, output captured, waiting for it to end.
+// Runs argv[0] (a path) with the arguments, output captured, waiting for it to end. A run
+// that the X server refused to connect (it happens now and then on a busy shared machine)
+// is tried again.
 RunResult runProgram(const std::vector<std::string>& argv, const RunOptions& options = {});
+// True when the program's standard error says that it could not connect to the display.
+bool refusedByDisplay(const std::string& err);
 
 class BackgroundProgram {
   public:
@@ -51,8 +56,15 @@ void sleepSeconds(double seconds);
 
 // xdotool with the words given; its standard output.
 std::string xdotool(const std::vector<std::string>& words);
-// The id of the window whose name contains the text, waiting up to the timeout; "" if none.
-std::string findWindow(const std::string& nameText, double timeoutSeconds = 30.0);
+// The id of the window whose name matches the regular expression, waiting up to the timeout
+// (or until owner, when given, has ended); "" if none.
+std::string findWindow(const std::string& nameText, double timeoutSeconds = 30.0,
+                       BackgroundProgram* owner = nullptr);
+// Starts a program that opens a window whose name matches nameText and returns the window's
+// id ("" if it never came); a start that the display refused is tried again.
+std::string startWithWindow(std::unique_ptr<BackgroundProgram>& program,
+                            const std::vector<std::string>& argv, const RunOptions& options,
+                            const std::string& nameText);
 // Focuses the window and presses the keys one at a time, with a pause after each.
 void pressKeys(const std::string& window, const std::vector<std::string>& keys,
                double pauseSeconds = 0.25);

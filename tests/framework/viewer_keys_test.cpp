@@ -39,10 +39,8 @@ class RunningViewer : public ::testing::Test {
         argv.insert(argv.end(), sceneWords.begin(), sceneWords.end());
         fwtest::RunOptions options;
         options.workingDir = dir_;
-        viewer_ = std::make_unique<fwtest::BackgroundProgram>(argv, options);
-        ASSERT_TRUE(viewer_->started());
-        window_ =
-            fwtest::findWindow(tag);  // a regular expression: the tag has no special characters
+        // The tag is matched as a regular expression: it has no special characters.
+        window_ = fwtest::startWithWindow(viewer_, argv, options, tag);
         ASSERT_FALSE(window_.empty()) << viewer_->err();
         fwtest::sleepSeconds(0.3);
     }
@@ -237,10 +235,11 @@ TEST(RunningSkyrama, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
     const std::string dir = fwtest::freshDir("overlay_keys");
     fwtest::RunOptions options;
     options.workingDir = dir;
-    fwtest::BackgroundProgram skyrama(
-        {SKYRAMA_BINARY_DIR "/skyrama", SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"}, options);
-    const std::string window = fwtest::findWindow("demo.scp");
-    ASSERT_FALSE(window.empty()) << skyrama.err();
+    std::unique_ptr<fwtest::BackgroundProgram> skyrama;
+    const std::string window = fwtest::startWithWindow(
+        skyrama, {SKYRAMA_BINARY_DIR "/skyrama", SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"},
+        options, "demo.scp");
+    ASSERT_FALSE(window.empty()) << skyrama->err();
     fwtest::sleepSeconds(0.3);
     // The empty scene shows the axes and the metre cubes; n adds the frame number; a and b
     // take the axes and cubes away again.
