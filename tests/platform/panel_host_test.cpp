@@ -57,9 +57,13 @@ void pump(double seconds) {
     }
 }
 
+// A busy shared X server refuses a connection now and then: such a command is run again.
 void xdo(const std::string& words) {
     const std::string command = "xdotool " + words + " >/dev/null 2>&1";
-    ASSERT_EQ(0, std::system(command.c_str())) << command;
+    int status = -1;
+    for (int attempt = 0; attempt < 4 && status != 0; ++attempt)
+        status = std::system(command.c_str());
+    ASSERT_EQ(0, status) << command;
     pump(0.25);
 }
 

@@ -54,8 +54,12 @@ void pump(double seconds) {
     }
 }
 
+// A busy shared X server refuses a connection now and then: such a command is run again.
 bool xdo(const std::string& words) {
-    const bool ok = std::system(("xdotool " + words + " >/dev/null 2>&1").c_str()) == 0;
+    bool ok = false;
+    for (int attempt = 0; attempt < 4 && !ok; ++attempt) {
+        ok = std::system(("xdotool " + words + " >/dev/null 2>&1").c_str()) == 0;
+    }
     pump(0.3);
     return ok;
 }
