@@ -33,6 +33,7 @@ void StarList::releaseColorMaps() {
 }
 
 int StarList::loadColorMapBV(const char* fileName, double bvStart, double bvEnd) {
+    touchColours();  // even a failed load changes which maps are there
     if (fileName == nullptr) fileName = "";
     ColorMapAllocator alloc{allocate, release};
     BVColorMap* map = readBVColorMap(fileName, bvStart, bvEnd, alloc);
@@ -51,6 +52,7 @@ int StarList::loadColorMapBV(const char* fileName, double bvStart, double bvEnd)
 }
 
 int StarList::loadColorMapSpType(const char* fileName) {
+    touchColours();
     if (fileName == nullptr) fileName = "";
     ColorMapAllocator alloc{allocate, release};
     SpColorMap* map = readSpColorMap(fileName, alloc);
@@ -97,6 +99,7 @@ int StarList::setWhichColorMap(int mode) {
 }
 
 void StarList::applyColorMap() {
+    touchColours();
     if (param.colorMapMode == _USE_BV_COLOR_MAP && bvColorMap != nullptr) {
         for (int i = 0; i < count; ++i)
             lookupBV(*bvColorMap, stars[i].bv, stars[i].colormapColor);

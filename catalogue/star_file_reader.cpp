@@ -102,7 +102,7 @@ StarObj* StarList::readStarObj(const char* fileName, int* outCount, int quiet) {
     } else if (capacity > kUnmeasuredChunk) {
         capacity = kUnmeasuredChunk;
     }
-    StarObj* records = allocateArray<StarObj>(capacity > 0 ? capacity : 1);
+    StarObj* records = allocateRecords<StarObj>(capacity > 0 ? capacity : 1);
     if (records == nullptr) {
         std::fprintf(stderr, "Error (StarList::readStarObj) allocating memory [%lld] to obj.\n",
                      static_cast<long long>(numStars) * kStarObjReportedSize);
@@ -129,7 +129,7 @@ StarObj* StarList::readStarObj(const char* fileName, int* outCount, int quiet) {
         }
         if (i >= capacity) {  // unmeasured file: grow
             int grown = capacity > numStars / 2 ? numStars : capacity * 2;
-            StarObj* more = allocateArray<StarObj>(grown);
+            StarObj* more = allocateRecords<StarObj>(grown);
             if (more == nullptr) {
                 std::fprintf(stderr,
                              "Error (StarList::readStarObj) allocating memory [%lld] to obj.\n",

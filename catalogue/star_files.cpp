@@ -98,20 +98,24 @@ int StarList::readStarFiles(const char* fileName, int inIncludeSun, int quiet) {
 void StarList::sortStarObj(StarObj** array, int n) {
     if (array == nullptr || *array == nullptr || n < 0) return;
     const StarObj* in = *array;
-    std::vector<int> order(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i)
-        order[i] = i;
-    // A stable sort: a pivot-first quicksort goes quadratic (and recurses as deep as the
-    // list is long) on catalogues that are already sorted.
-    std::stable_sort(order.begin(), order.end(),
-                     [in](int a, int b) { return in[a].pos.w < in[b].pos.w; });
-    StarObj* out = allocateArray<StarObj>(static_cast<std::size_t>(n));
+    // Sort (distance, index) keys rather than the records themselves: a stable order that
+    // touches each record once. (A pivot-first quicksort would go quadratic, and recurse as
+    // deep as the list is long, on catalogues that are already sorted.)
+    std::vector<std::pair<double, int>> keys(static_cast<std::size_t>(n));
+    bool sorted = true;
+    for (int i = 0; i < n; ++i) {
+        keys[i] = {in[i].pos.w, i};
+        if (i > 0 && in[i].pos.w < in[i - 1].pos.w) sorted = false;
+    }
+    if (sorted) return;  // already in order: the array stands as it is
+    std::sort(keys.begin(), keys.end());
+    StarObj* out = allocateRecords<StarObj>(static_cast<std::size_t>(n));
     if (out == nullptr) {
         std::fprintf(stderr, "Error allocating memory to outObj (sortStarObj)\n");
         std::exit(1);
     }
     for (int i = 0; i < n; ++i)
-        out[i] = in[order[i]];
+        out[i] = in[keys[i].second];
     release(*array);
     *array = out;
 }
@@ -120,7 +124,7 @@ void StarList::mergeStarObj(StarObj** array, int* n, StarObj* newArray, int newC
     if (array == nullptr || n == nullptr) return;
     int oldCount = *n;
     if (newArray == nullptr) newCount = 0;
-    StarObj* out = allocateArray<StarObj>(static_cast<std::size_t>(oldCount) + newCount);
+    StarObj* out = allocateRecords<StarObj>(static_cast<std::size_t>(oldCount) + newCount);
     if (out == nullptr) {
         std::fprintf(stderr, "Error allocating memory to outObj (mergeStarObj)\n");
         std::exit(1);

@@ -103,9 +103,16 @@ int scanStarDataLine(std::string_view line, StarObj& star, bool& nonFinite) {
     if (!scan.scanInt(hic)) return n;
     ++n;
     star.hic = hic;
+    const bool aligned = scan.wordAligned();
     if (!scan.scanWord(word)) return n;
     ++n;
-    copyText(star.commonName, kStarNameSize, commonNameOfLine(line));
+    // When every field was a whole word, the name starts at the 22nd word; otherwise count
+    // the words again from the start of the line.
+    std::string_view name =
+        aligned
+            ? trimTrailing(std::string_view(word.data(), line.data() + line.size() - word.data()))
+            : commonNameOfLine(line);
+    copyText(star.commonName, kStarNameSize, name);
     return n;
 }
 
@@ -144,7 +151,9 @@ std::string_view commonNameOfLine(std::string_view line) {
 }
 
 bool isKnownSpectralType(const char* type) {
-    return std::strcmp(type, "I") == 0 || std::strcmp(type, "II") == 0 ||
-           std::strcmp(type, "III") == 0 || std::strcmp(type, "IV") == 0 ||
-           std::strcmp(type, "V") == 0;
+    // "---" is the catalogue's own mark of an absent field; a file that knows a star's
+    // spectral class but not its luminosity class writes it in that place.
+    return std::strcmp(type, "---") == 0 || std::strcmp(type, "I") == 0 ||
+           std::strcmp(type, "II") == 0 || std::strcmp(type, "III") == 0 ||
+           std::strcmp(type, "IV") == 0 || std::strcmp(type, "V") == 0;
 }

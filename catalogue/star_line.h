@@ -17,5 +17,5 @@ bool isAllowedFieldCount(int fields);
 // The common name: the rest of the line after 21 words, trailing white space removed.
 std::string_view commonNameOfLine(std::string_view line);
 
-// True for the luminosity classes "I", "II", "III", "IV" and "V".
+// True for the luminosity classes "I", "II", "III", "IV" and "V", and for "---" (none).
 bool isKnownSpectralType(const char* type);

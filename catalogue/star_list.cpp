@@ -58,6 +58,8 @@ int StarList::setAllocator(AllocateFn allocateFn, ReleaseFn releaseFn) {
 }
 
 void StarList::releaseStars() {
+    releaseDrawCaches();
+    touchPositions();
     if (stars != nullptr) {
         for (int i = 0; i < count; ++i) {
             if (stars[i].planets != nullptr) release(stars[i].planets);
@@ -96,6 +98,7 @@ int StarList::setStarPosition(int index, const Phc& position) {
     if (index < 0 || index >= count) return -1;
     stars[index].pos = position;
     stars[index].catalogPos = position;
+    touchPositions();
     return 1;
 }
 

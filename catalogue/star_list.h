@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <new>
+#include <type_traits>
 
 #include "catalogue/colormap.h"
 #include "catalogue/constellation.h"
@@ -25,6 +26,14 @@
 
 class StarDrawSink;
 struct StarFrame;
+
+// What drawing reads of a star every frame, kept together: its position in plain
+// coordinates (units of 10^16 metres), absolute magnitude and colour before alpha.
+struct StarDrawCache {
+    double pos[3];
+    float absMag;
+    float rgb[3];
+};
 
 // A point waiting in a point-size bucket: eye-relative vertex and colour.
 struct StarBucketEntry {
@@ -66,6 +75,8 @@ class StarList {
     int readStarFiles(const char* fileName, int includeSun, int quiet);
     // A new array made with the allocate function, or null after printing why.
     StarObj* readStarObj(const char* fileName, int* count, int quiet);
+    // Orders the array by ascending w of the current position: a new array, or the same one
+    // when it is already in order.
     void sortStarObj(StarObj** array, int count);
     void mergeStarObj(StarObj** array, int* count, StarObj* newArray, int newCount);
     StarObj makeSunRecord() const;
@@ -178,7 +189,10 @@ class StarList {
     static void printPlanetInfo(const ExtrasolarPlanet* planet, std::FILE* out);
 
     // ---- Brightness and point sizing (starrender/) ----
-    float apparentMagnitude(float absMag, double w) const;
+    // The V magnitude seen from 10^w metres, shifted so that vmagMin becomes 10.
+    float apparentMagnitude(float absMag, double w) const {
+        return static_cast<float>(absMag + 5.0 * ((w - 16.4894) - 1.0) + (10.0 - param.vmagMin));
+    }
     void drawStars(double currLogScale, int renderFlags, int viewportWidth, int viewportHeight);
     // The CPU side of drawStars for a given frame: every star visited, classified, coloured,
     // placed and handed to the sink in the order drawStars draws them.
@@ -221,6 +235,9 @@ class StarList {
   private:
     template <typename T>
     T* allocateArray(std::size_t n) const;
+    // Memory for n plain records that the caller assigns one by one before any is read.
+    template <typename T>
+    T* allocateRecords(std::size_t n) const;
     void releaseStars();
     void releaseColorMaps();
     void releaseBuckets();
@@ -243,7 +260,8 @@ class StarList {
     // Rendering internals.
     void rebuildBuckets();
     void applySphereWarp(StarObj& star) const;
-    void starColour(const StarObj& star, int renderFlags, int coverage, float rgba[4]) const;
+    // A star's colour for the render flags, exposure and intensity applied, without alpha.
+    void starColourRGB(const StarObj& star, int renderFlags, float rgb[3]) const;
     void deleteStarTexture();
 
     // ---- Members the catalogue owns, in this order at the start of the object ----
@@ -298,6 +316,21 @@ class StarList {
     // Star texture.
     unsigned textureName = 0;
     double halfLightRadius = 0.5;
+
+    // Per-star values that drawing needs every frame but that change only with the stars'
+    // positions or colour settings, made again when their epoch falls behind.
+    StarDrawCache* drawCache = nullptr;  // one per record
+    std::int32_t drawCacheCount = 0;     // records the caches were made for
+    std::uint32_t positionEpoch = 1, cartesianEpoch = 0;
+    std::uint32_t colourEpoch = 1, colourCacheEpoch = 0;
+    std::int32_t colourCacheFlags = -1;
+    void touchPositions() {
+        ++positionEpoch;
+        ++colourEpoch;  // the distance colour follows the positions
+    }
+    void touchColours() { ++colourEpoch; }
+    void releaseDrawCaches();
+    bool refreshDrawCaches(int renderFlags);
 };
 
 template <typename T>
@@ -310,4 +343,12 @@ T* StarList::allocateArray(std::size_t n) const {
     for (std::size_t i = 0; i < n; ++i)
         new (items + i) T();
     return items;
+}
+
+template <typename T>
+T* StarList::allocateRecords(std::size_t n) const {
+    static_assert(std::is_trivially_copyable<T>::value, "records are copied as plain bytes");
+    if (n == 0) n = 1;
+    if (n > static_cast<std::size_t>(-1) / sizeof(T)) return nullptr;
+    return static_cast<T*>(allocate(n * sizeof(T)));
 }

@@ -30,6 +30,7 @@ void StarList::computeMotion() {
 }
 
 void StarList::placeStarsAtYear() {
+    touchPositions();
     const double years = static_cast<double>(param.starAtYear) - param.datasetAtYear;
     bool sorted = true;
     for (int i = 0; i < count; ++i) {

@@ -37,6 +37,10 @@ void TextScanner::skipSpace() {
         ++p_;
 }
 
+void TextScanner::checkWordEnd() {
+    if (p_ < end_ && !isSpace(*p_)) wordAligned_ = false;
+}
+
 template <typename T>
 static bool scanReal(const char*& p, const char* end, T& value, bool& nonFinite) {
     const char* s = p;
@@ -56,12 +60,16 @@ static bool scanReal(const char*& p, const char* end, T& value, bool& nonFinite)
 
 bool TextScanner::scanDouble(double& value) {
     skipSpace();
-    return scanReal(p_, end_, value, nonFinite_);
+    if (!scanReal(p_, end_, value, nonFinite_)) return false;
+    checkWordEnd();
+    return true;
 }
 
 bool TextScanner::scanFloat(float& value) {
     skipSpace();
-    return scanReal(p_, end_, value, nonFinite_);
+    if (!scanReal(p_, end_, value, nonFinite_)) return false;
+    checkWordEnd();
+    return true;
 }
 
 bool TextScanner::scanInt(int& value) {
@@ -76,6 +84,7 @@ bool TextScanner::scanInt(int& value) {
     if (result.ec != std::errc()) return false;
     value = v;
     p_ = result.ptr;
+    checkWordEnd();
     return true;
 }
 
@@ -91,6 +100,7 @@ bool TextScanner::scanHex(unsigned& value) {
     if (result.ec != std::errc() || v > 0xFFFFFFFFull) return false;
     value = static_cast<unsigned>(v);
     p_ = result.ptr;
+    checkWordEnd();
     return true;
 }
 

@@ -22,6 +22,9 @@ class TextScanner {
     bool scanWord(std::string_view& word);
 
     bool nonFinite() const { return nonFinite_; }
+    // True while every conversion so far ended at white space or at the end of the text, so
+    // that the items converted are exactly the words of the text.
+    bool wordAligned() const { return wordAligned_; }
     // What is left after the last converted item.
     std::string_view rest() const {
         return std::string_view(p_, static_cast<std::size_t>(end_ - p_));
@@ -29,10 +32,12 @@ class TextScanner {
 
   private:
     void skipSpace();
+    void checkWordEnd();
 
     const char* p_;
     const char* end_;
     bool nonFinite_ = false;
+    bool wordAligned_ = true;
 };
 
 // Counts the words of a text ("%s %s %s ...") up to max.

@@ -1,10 +1,14 @@
 #include "starrender/brightness_model.h"
 
+#include <algorithm>
+
 #include <cmath>
+#include <vector>
 
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
+constexpr double kRadiansPerDegree = kPi / 180.0;
 
 // Angular diameter D_k = k/36 degrees, rounded to four decimals, and the two magnitudes
 // A_k and B_k at which a star is drawn with that diameter. Both magnitude columns fall as
@@ -35,38 +39,14 @@ constexpr float kMagnitudeB[kMagnitudeTableRows] = {
 
 constexpr float kShiftedFaintLimit = 10.0f;  // shifted magnitudes above this are not drawn
 
-// Diameter (degrees) at magnitude m in a falling magnitude column, by bisection;
-// extrapolated on the first or last segment outside the column.
-float diameterAt(const float* column, float m) {
-    int seg;
-    if (m > column[0]) {
-        seg = 0;
-    } else if (m < column[kMagnitudeTableRows - 1]) {
-        seg = kMagnitudeTableRows - 2;
-    } else {
-        int lo = 0, hi = kMagnitudeTableRows - 1;
-        if (column[lo] == m) return kDiameter[lo];
-        if (column[hi] == m) return kDiameter[hi];
-        while (hi - lo > 1) {
-            int mid = (lo + hi) / 2;
-            if (column[mid] == m) return kDiameter[mid];
-            if (column[mid] > m) {
-                lo = mid;
-            } else {
-                hi = mid;
-            }
-        }
-        seg = lo;
-    }
-    const float m0 = column[seg], m1 = column[seg + 1];
-    const float d0 = kDiameter[seg], d1 = kDiameter[seg + 1];
-    return d0 + (m - m0) / (m1 - m0) * (d1 - d0);
-}
-
 struct SizeTables {
     unsigned char sqrtTable[kStarSqrtTableSize];
     float coverageFactor[kNumSizeBuckets];
     unsigned char alphaGamma[256];
+    unsigned char coverageOfK[kStarSqrtTableSize];  // trunc(256 k / bucket^2) of k
+    float alphaOfCoverage[256];
+    MagnitudeCurve columnA{kMagnitudeA, kDiameter, kMagnitudeTableRows};
+    MagnitudeCurve columnB{kMagnitudeB, kDiameter, kMagnitudeTableRows};
 
     SizeTables() {
         for (int k = 0; k < kStarSqrtTableSize; ++k) {
@@ -79,6 +59,13 @@ struct SizeTables {
         for (int i = 0; i < 256; ++i) {
             alphaGamma[i] = static_cast<unsigned char>(255.99 * std::pow(i / 255.0, 0.4));
         }
+        for (int k = 0; k < kStarSqrtTableSize; ++k) {
+            const int c =
+                static_cast<int>(static_cast<float>(k * 256) * coverageFactor[sqrtTable[k]]);
+            coverageOfK[k] = static_cast<unsigned char>(c > kFullCoverage ? kFullCoverage : c);
+        }
+        for (int c = 0; c < 256; ++c)
+            alphaOfCoverage[c] = static_cast<float>(alphaGamma[c] & ~3) / 255.0f;
     }
 };
 
@@ -89,6 +76,25 @@ const SizeTables& sizeTables() {
 
 }  // namespace
 
+MagnitudeCurve::MagnitudeCurve(const float* x, const float* y, int n)
+    : x_(x, x + n), y_(y, y + n), n_(n) {
+    x_.push_back(-HUGE_VALF);  // sentinels for the stepping in value()
+    x_.push_back(-HUGE_VALF);
+    slope_.resize(static_cast<std::size_t>(n > 1 ? n - 1 : 1), 0.0f);
+    for (int j = 0; j + 1 < n; ++j)
+        slope_[j] = (y[j + 1] - y[j]) / (x[j + 1] - x[j]);
+    low_ = x[n - 1];
+    cells_ = static_cast<int>((x[0] - low_) * kCellsPerMagnitude) + 2;
+    above_.resize(static_cast<std::size_t>(cells_));
+    for (int c = 0; c < cells_; ++c) {
+        const float top = low_ + static_cast<float>(c + 1) / kCellsPerMagnitude;
+        int k = 0;
+        while (k < n && x[k] > top)
+            ++k;
+        above_[c] = static_cast<std::uint16_t>(k);
+    }
+}
+
 const unsigned char* starSqrtTable() {
     return sizeTables().sqrtTable;
 }
@@ -98,50 +104,87 @@ const float* coverageFactorTable() {
 const unsigned char* alphaGammaTable() {
     return sizeTables().alphaGamma;
 }
+const unsigned char* coverageOfKTable() {
+    return sizeTables().coverageOfK;
+}
 
 float sizeFromMagnitude(float m, float blend) {
     if (!(m <= kShiftedFaintLimit)) return 0.0f;  // NaN too
-    const float dA = diameterAt(kMagnitudeA, m);
-    const float dB = diameterAt(kMagnitudeB, m);
-    return static_cast<float>((dA * blend + (1.0f - blend) * dB) / 180.0 * kPi);
+    const SizeTables& tables = sizeTables();
+    const float dA = tables.columnA.value(m);
+    const float dB = tables.columnB.value(m);
+    return static_cast<float>((dA * blend + (1.0f - blend) * dB) * kRadiansPerDegree);
+}
+
+namespace {
+
+// The blend of the two magnitude tables as one curve through the corners of both.
+MagnitudeCurve blendedCurve(float blend) {
+    std::vector<float> x(kMagnitudeA, kMagnitudeA + kMagnitudeTableRows);
+    x.insert(x.end(), kMagnitudeB, kMagnitudeB + kMagnitudeTableRows);
+    std::sort(x.begin(), x.end(), [](float a, float b) { return a > b; });
+    x.erase(std::unique(x.begin(), x.end()), x.end());
+    std::vector<float> y(x.size());
+    const SizeTables& tables = sizeTables();
+    for (std::size_t j = 0; j < x.size(); ++j) {
+        y[j] = tables.columnA.value(x[j]) * blend + (1.0f - blend) * tables.columnB.value(x[j]);
+    }
+    return MagnitudeCurve(x.data(), y.data(), static_cast<int>(x.size()));
+}
+
+}  // namespace
+
+StarSizeClassifier::StarSizeClassifier(float starScale, double radiansPerPixel, double texScale,
+                                       int largeLimit, bool withTable)
+    : sqrtTable_(starSqrtTable()),
+      coverageOfK_(coverageOfKTable()),
+      starScale_(starScale),
+      pixelsPerRadian_(1.0 / radiansPerPixel),
+      twoTexScale_(2.0 * texScale),
+      largeLimit_(static_cast<float>(largeLimit)),
+      table_(withTable ? kTableCells : 0, kMixedCell) {
+    if (!withTable) return;
+    blended_ = blendedCurve(starScale);
+    auto edge = [](int c) { return kTableLow + static_cast<float>(c) / kCellsPerMagnitude; };
+    std::uint16_t below = encode(fromDiameter(blended_.value(edge(0))));
+    for (int c = 0; c + 1 < kTableCells; ++c) {
+        const std::uint16_t above = encode(fromDiameter(blended_.value(edge(c + 1))));
+        table_[c] = below == above ? below : kMixedCell;
+        below = above;
+    }
+    // The curve may turn at its corners: the cells around one are classified in full.
+    for (const float* column : {kMagnitudeA, kMagnitudeB}) {
+        for (int j = 0; j < kMagnitudeTableRows; ++j) {
+            const int c =
+                static_cast<int>(std::floor((column[j] - kTableLow) * kCellsPerMagnitude));
+            for (int n = c - 1; n <= c + 1; ++n) {
+                if (n >= 0 && n < kTableCells) table_[n] = kMixedCell;
+            }
+        }
+    }
+}
+
+StarSizeClass StarSizeClassifier::classifyExact(float m) const {
+    if (!(m <= kShiftedFaintLimit)) return StarSizeClass{};  // NaN too
+    const SizeTables& tables = sizeTables();
+    return fromDiameter(tables.columnA.value(m) * starScale_ +
+                        (1.0f - starScale_) * tables.columnB.value(m));
 }
 
 StarSizeClass classifyStarSize(float m, float starScale, double radiansPerPixel, double texScale,
                                int largeLimit) {
-    StarSizeClass out;
-    const float s = static_cast<float>(sizeFromMagnitude(m, starScale) / radiansPerPixel);
-    if (!(s >= 0.001f)) return out;
-    out.visible = true;
-    const float t = static_cast<float>(2.0 * texScale * s);
-    // trunc(t^2 - 1) is 0 for every t in (0, sqrt 2); t so small that t^2 vanishes in
-    // single precision counts the same.
-    float k = std::trunc(t * t - 1.0f);
-    if (k < 0.0f) k = 0.0f;
-    const float q = k * 256.0f;
-    if (q < static_cast<float>(largeLimit)) {
-        const int ki = static_cast<int>(k);
-        int b = ki < kStarSqrtTableSize ? starSqrtTable()[ki]
-                                        : static_cast<int>(std::ceil(std::sqrt(ki + 1.0)));
-        if (b >= kNumSizeBuckets) {
-            // Larger than the buckets hold (ptLarge above 31): the largest bucket, covered.
-            out.bucket = kNumSizeBuckets - 1;
-            out.coverage = kFullCoverage;
-            return out;
-        }
-        int c = static_cast<int>(static_cast<float>(ki * 256) * coverageFactorTable()[b]);
-        out.bucket = b;
-        out.coverage = c > kFullCoverage ? kFullCoverage : c;
-        return out;
-    }
-    out.bucket = kBrightBucket;
-    out.coverage = kFullCoverage;
-    return out;
+    return StarSizeClassifier(starScale, radiansPerPixel, texScale, largeLimit, false)
+        .classifyExact(m);
 }
 
 float coverageAlpha(int coverage) {
     if (coverage < 0) coverage = 0;
     if (coverage > 255) coverage = 255;
-    return static_cast<float>(alphaGammaTable()[coverage] & ~3) / 255.0f;
+    return sizeTables().alphaOfCoverage[coverage];
+}
+
+const float* coverageAlphaTable() {
+    return sizeTables().alphaOfCoverage;
 }
 
 void distanceColour(double w, float rgba[4]) {

@@ -3,11 +3,61 @@
 // diameter, diameter to a point-size bucket and a coverage, coverage to alpha, and the
 // colour that marks a star's distance.
 
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
 constexpr int kMagnitudeTableRows = 54;
 constexpr int kNumSizeBuckets = 64;
 constexpr int kStarSqrtTableSize = 4096;
 constexpr int kBrightBucket = 32;  // bucket of stars too large to classify: 16-pixel points
 constexpr int kFullCoverage = 255;
+
+// A piecewise-linear function of magnitude given at falling breakpoints x with values y,
+// extended along its first and last segments. Finds the segment of a magnitude without a
+// search (stars come in random order of magnitude, so a bisection loses most of its time to
+// mispredicted branches): a grid over the breakpoints' range holds, per cell of 1/64
+// magnitude, how many breakpoints lie above the cell, and a step or two finds the segment.
+// A breakpoint equal to m gives its own value.
+class MagnitudeCurve {
+  public:
+    MagnitudeCurve() = default;
+    MagnitudeCurve(const float* x, const float* y, int n);
+
+    float value(float m) const {
+        const int n = n_;
+        int seg;
+        if (m > x_[0]) {
+            seg = 0;
+        } else if (m < x_[n - 1]) {
+            seg = n - 2;
+        } else {
+            // The count of breakpoints above the next cell up is a safe start: all of them
+            // are above m even if m was rounded into a cell too low.
+            int c = static_cast<int>((m - low_) * kCellsPerMagnitude) + 1;
+            if (c >= cells_) c = cells_ - 1;
+            // Two cells hold at most two breakpoints; x_ ends in two sentinels below any m.
+            int k = above_[c];
+            k += x_[k] > m;
+            k += x_[k] > m;
+            while (x_[k] > m) {
+                ++k;
+            }
+            if (k < n && x_[k] == m) return y_[k];
+            seg = k - 1;
+        }
+        return y_[seg] + (m - x_[seg]) * slope_[seg];
+    }
+
+  private:
+    static constexpr float kCellsPerMagnitude = 64.0f;  // a cell holds a breakpoint or two
+    std::vector<float> x_, y_, slope_;
+    int n_ = 0;
+    float low_ = 0.0f;
+    int cells_ = 0;
+    std::vector<std::uint16_t> above_;
+};
 
 // Angular diameter in radians of a star of shifted magnitude m: 0 above magnitude 10,
 // otherwise interpolated in the two magnitude tables and blended (blend 1 = table A,
@@ -17,7 +67,7 @@ float sizeFromMagnitude(float m, float blend);
 struct StarSizeClass {
     int bucket = 0;    // point size bucket * 0.5 pixels; 0 = not drawn
     int coverage = 0;  // part of the point the star's disc covers, in 1/256
-    bool visible = false;
+    int visible = 0;   // 1 when the star is drawn (an int: cheaper to return than a bool)
 };
 
 // Classifies a star of shifted magnitude m seen at radiansPerPixel: its pixel diameter
@@ -27,8 +77,86 @@ struct StarSizeClass {
 StarSizeClass classifyStarSize(float m, float starScale, double radiansPerPixel, double texScale,
                                int largeLimit);
 
+// classifyStarSize with the frame's settings fixed: star drawing makes one per frame and
+// classifies every star with it. The blend of the two magnitude tables is made once per frame
+// as one curve through the corners of both. Within a frame the class depends on the magnitude
+// alone and only ever grows with brightness along a segment of that curve, so the classifier
+// also tabulates it over cells of 1/256 magnitude: a cell whose two ends classify alike and
+// that holds no corner of the curve gives its class at once, any other magnitude is
+// classified on the curve. The results are those of classifyStarSize up to the rounding of
+// the last bit.
+class StarSizeClassifier {
+  public:
+    // withTable false leaves out the curve and the table (for a few stars, not a frame).
+    StarSizeClassifier(float starScale, double radiansPerPixel, double texScale, int largeLimit,
+                       bool withTable = true);
+
+    StarSizeClass classify(float m) const {
+        if (!(m <= kShiftedFaintLimit)) return StarSizeClass{};  // NaN too
+        // Brighter than the tables' corners the curve is extended far along its last segment,
+        // where its rounding would tell: such stars are classified in full.
+        if (!(m >= kTableLow) || table_.empty()) return classifyExact(m);
+        const std::uint16_t e = table_[static_cast<int>((m - kTableLow) * kCellsPerMagnitude)];
+        if (!(e & kMixedCell)) {
+            return StarSizeClass{(e >> 8) & 0x3f, e & 0xff, (e & kVisibleCell) ? 1 : 0};
+        }
+        return fromDiameter(blended_.value(m));
+    }
+    // The classification of classifyStarSize itself.
+    StarSizeClass classifyExact(float m) const;
+
+  private:
+    static constexpr float kShiftedFaintLimit = 10.0f;  // fainter stars are not drawn
+    static constexpr float kTableLow = -2.0f;           // just below the brightest corner, B_54
+    static constexpr float kCellsPerMagnitude = 256.0f;
+    // Cells up to magnitude 10, and one more for 10 itself.
+    static constexpr int kTableCells = 12 * 256 + 1;
+    static constexpr std::uint16_t kMixedCell = 0x8000;
+    static constexpr std::uint16_t kVisibleCell = 0x4000;
+
+    static std::uint16_t encode(const StarSizeClass& c) {
+        return static_cast<std::uint16_t>((c.visible ? kVisibleCell : 0) | (c.bucket << 8) |
+                                          c.coverage);
+    }
+
+    StarSizeClass fromDiameter(float degrees) const {
+        const float size = static_cast<float>(degrees * kRadiansPerDegree);
+        const float s = static_cast<float>(size * pixelsPerRadian_);
+        if (!(s >= 0.001f)) return StarSizeClass{0, 0, 0};
+        const float t = static_cast<float>(twoTexScale_ * s);
+        // trunc(t^2 - 1) is 0 for every t in (0, sqrt 2); t so small that t^2 vanishes in
+        // single precision counts the same.
+        const float k = std::max(std::trunc(t * t - 1.0f), 0.0f);
+        if (!(k * 256.0f < largeLimit_)) return StarSizeClass{kBrightBucket, kFullCoverage, 1};
+        const int ki = static_cast<int>(k);
+        int bucket = kNumSizeBuckets, coverage = kFullCoverage;
+        if (ki < kStarSqrtTableSize) {
+            bucket = sqrtTable_[ki];
+            coverage = coverageOfK_[ki];
+        }
+        // Larger than the buckets hold (ptLarge above 31): the largest bucket, covered.
+        if (bucket >= kNumSizeBuckets) return StarSizeClass{kNumSizeBuckets - 1, kFullCoverage, 1};
+        return StarSizeClass{bucket, coverage, 1};
+    }
+
+    static constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180.0;
+    const unsigned char* sqrtTable_;
+    const unsigned char* coverageOfK_;
+    float starScale_;
+    double pixelsPerRadian_;
+    double twoTexScale_;
+    float largeLimit_;
+    MagnitudeCurve blended_;
+    std::vector<std::uint16_t> table_;
+};
+
+// trunc(256 k / bucket(k)^2) for k < 4096: the coverage of a star of k.
+const unsigned char* coverageOfKTable();
+
 // Alpha of a coverage value: the gamma table entry with its two low bits cleared, over 255.
 float coverageAlpha(int coverage);
+// coverageAlpha of 0 .. 255.
+const float* coverageAlphaTable();
 
 // The tables the classification uses: ceil(sqrt(k + 1)) for k < 4096, 1/b^2 per bucket
 // (entry 0 = 1), trunc(255.99 (i/255)^0.4) per coverage.

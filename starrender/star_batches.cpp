@@ -29,19 +29,13 @@ class PointBatcher {
     void add(int b, const double vertex[3], const float rgba[4]) {
         if (b == current_) {
             sink_.point(vertex, rgba);
-            return;
-        }
-        if (buckets_[b] != nullptr && counts_[b] < capacity_) {
+        } else if (buckets_[b] != nullptr && counts_[b] < capacity_) {
             StarBucketEntry& e = buckets_[b][counts_[b]++];
             std::memcpy(e.pos, vertex, sizeof e.pos);
             std::memcpy(e.rgba, rgba, sizeof e.rgba);
-            return;
+        } else {
+            switchTo(b, vertex, rgba);
         }
-        sink_.endPoints();
-        sink_.beginPoints(b * 0.5f);
-        drain(b);
-        sink_.point(vertex, rgba);
-        current_ = b;
     }
 
     void finish() {
@@ -55,6 +49,15 @@ class PointBatcher {
     }
 
   private:
+    // A full bucket: drawn in place, and its size becomes the open batch.
+    __attribute__((noinline)) void switchTo(int b, const double vertex[3], const float rgba[4]) {
+        sink_.endPoints();
+        sink_.beginPoints(b * 0.5f);
+        drain(b);
+        sink_.point(vertex, rgba);
+        current_ = b;
+    }
+
     void drain(int b) {
         for (int i = 0; i < counts_[b]; ++i)
             sink_.point(buckets_[b][i].pos, buckets_[b][i].rgba);
@@ -86,23 +89,53 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     if (param.texScale < kMinTexScale) return;
     for (std::int32_t& c : bucketCounts)
         c = 0;
+    if (!refreshDrawCaches(pickMode ? 0 : renderFlags)) return;
     int first = 0, last = -1;
     getStarRange(&first, &last);
-    const double rpp = frame.radiansPerPixel;
-    const float starScale = param.starScale;
-    const double texScale = param.texScale;
+    const StarSizeClassifier classifier(param.starScale, frame.radiansPerPixel, param.texScale,
+                                        largeLimit);
+    const StarDrawCache* cache = drawCache;
+    const float* alphaOf = coverageAlphaTable();
+    // apparentMagnitude with the eye-relative w = currLogScale + depth, folded per frame.
+    const double magnitudeShift =
+        5.0 * ((frame.currLogScale - 16.4894) - 1.0) + (10.0 - param.vmagMin);
+
+    // Everything a star must pass before it is classified: the spectral and home-magnitude
+    // selections, being in front of the eye, and the V-magnitude selection on the magnitude
+    // seen from the eye (kept in the record).
+    auto place = [&](int i, EyePlacement& pl) {
+        StarObj& s = stars[i];
+        if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) return false;
+        if (!placeStarCartesian(frame, cache[i].pos, pl)) return false;
+        s.appMag = static_cast<float>(cache[i].absMag + 5.0 * (pl.rel.w - frame.currLogScale) +
+                                      magnitudeShift);
+        return passesVMagSelection(s.appMag);
+    };
+    auto colourOf = [&](int i, int coverage, float rgba[4]) {
+        const float* rgb = cache[i].rgb;
+        rgba[0] = rgb[0];
+        rgba[1] = rgb[1];
+        rgba[2] = rgb[2];
+        rgba[3] = alphaOf[coverage];
+    };
+
+    // The point passes need only the drawn vertex and the depth.
+    auto placePoint = [&](int i, double vertex[3]) {
+        StarObj& s = stars[i];
+        if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) return false;
+        double depth;
+        if (!placeStarPoint(frame, cache[i].pos, vertex, &depth)) return false;
+        s.appMag = static_cast<float>(cache[i].absMag + 5.0 * depth + magnitudeShift);
+        return passesVMagSelection(s.appMag);
+    };
 
     if (pickMode) {
         for (int i = last; i >= first; --i) {
-            StarObj& s = stars[i];
-            if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
-            EyePlacement pl;
-            if (!placeStar(frame, s.pos, pl)) continue;
-            s.appMag = apparentMagnitude(s.absMag, pl.rel.w);
-            if (!passesVMagSelection(s.appMag)) continue;
-            StarSizeClass cls = classifyStarSize(s.appMag, starScale, rpp, texScale, largeLimit);
+            double vertex[3];
+            if (!placePoint(i, vertex)) continue;
+            const StarSizeClass cls = classifier.classify(stars[i].appMag);
             const int b = cls.visible ? cls.bucket : 1;
-            sink.namedPoint(i, b * 0.5f, pl.vertex);
+            sink.namedPoint(i, b * 0.5f, vertex);
         }
         return;
     }
@@ -113,16 +146,12 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     if (!(renderFlags & kStarTextured)) {
         PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
         for (int i = last; i >= first; --i) {
-            StarObj& s = stars[i];
-            if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
-            EyePlacement pl;
-            if (!placeStar(frame, s.pos, pl)) continue;
-            s.appMag = apparentMagnitude(s.absMag, pl.rel.w);
-            if (!passesVMagSelection(s.appMag)) continue;
-            StarSizeClass cls = classifyStarSize(s.appMag, starScale, rpp, texScale, largeLimit);
+            double vertex[3];
+            if (!placePoint(i, vertex)) continue;
+            const StarSizeClass cls = classifier.classify(stars[i].appMag);
             if (!cls.visible) continue;
-            starColour(s, renderFlags, cls.coverage, rgba);
-            batcher.add(cls.bucket, pl.vertex, rgba);
+            colourOf(i, cls.coverage, rgba);
+            batcher.add(cls.bucket, vertex, rgba);
         }
         batcher.finish();
         return;
@@ -138,12 +167,9 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     for (int i = last; i >= first; --i) {
         StarObj& s = stars[i];
         s.drawBucket = 0;
-        if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
         EyePlacement pl;
-        if (!placeStar(frame, s.pos, pl)) continue;
-        s.appMag = apparentMagnitude(s.absMag, pl.rel.w);
-        if (!passesVMagSelection(s.appMag)) continue;
-        StarSizeClass cls = classifyStarSize(s.appMag, starScale, rpp, texScale, largeLimit);
+        if (!place(i, pl)) continue;
+        const StarSizeClass cls = classifier.classify(s.appMag);
         if (!cls.visible) continue;
         if (cls.bucket < param.pxsizeTex) {
             s.drawBucket = cls.bucket;
@@ -152,10 +178,11 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
             continue;
         }
         StarSprite sp;
-        starColour(s, renderFlags, cls.coverage, sp.rgba);
+        colourOf(i, cls.coverage, sp.rgba);
         const double* v = pl.vertex;
         const double dist = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
-        const double h = std::tan(cls.bucket * 0.25 * rpp) * dist / halfLight / 2.0;
+        const double h =
+            std::tan(cls.bucket * 0.25 * frame.radiansPerPixel) * dist / halfLight / 2.0;
         const double hw = h * frame.aspect;
         const Vec3 d{pl.rel.x, pl.rel.y, pl.rel.z};
         const Vec3 u = frame.up;
@@ -178,7 +205,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         if (s.drawBucket == 0) continue;
         double vertex[3];
         vertexFromRel(s.eyePos, frame.currLogScale, vertex);
-        starColour(s, renderFlags, s.drawCoverage, rgba);
+        colourOf(i, s.drawCoverage, rgba);
         batcher.add(s.drawBucket, vertex, rgba);
     }
     batcher.finish();

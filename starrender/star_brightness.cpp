@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr double kLog10Parsec = 16.4894;
 constexpr float kActiveEpsilon = 1e-5f;  // exposure and tuneIntensity within this of 1 are off
 constexpr int kMinBucketCapacity = 16;
 constexpr int kMaxBucketCapacity = 256;
@@ -18,16 +17,13 @@ constexpr int kMaxPxsizeTex = 64;
 
 }  // namespace
 
-float StarList::apparentMagnitude(float absMag, double w) const {
-    return static_cast<float>(absMag + 5.0 * ((w - kLog10Parsec) - 1.0) + (10.0 - param.vmagMin));
-}
-
 int StarList::setExposure(float exposure) {
     if (!(exposure > 0.0f)) {
         std::fprintf(stderr, "Err (setExposure) : inExposure should be positive.\n\n");
         return -1;
     }
     param.exposure = exposure;
+    touchColours();
     exposureActive = std::fabs(exposure - 1.0f) >= kActiveEpsilon;
     return 1;
 }
@@ -38,6 +34,7 @@ int StarList::setTuneIntensity(float tuneIntensity) {
         return -1;
     }
     param.tuneIntensity = tuneIntensity;
+    touchColours();
     tuneIntensityActive = std::fabs(tuneIntensity - 1.0f) >= kActiveEpsilon;
     return 1;
 }
@@ -133,37 +130,36 @@ void StarList::resetPtSize() {
         stars[i].relLum = norm > 0.0f ? stars[i].lum / norm : 0.0f;
 }
 
-void StarList::starColour(const StarObj& star, int renderFlags, int coverage, float rgba[4]) const {
+void StarList::starColourRGB(const StarObj& star, int renderFlags, float rgb[3]) const {
     if (renderFlags & (kStarColorFile | kStarColorMap | kStarColorWhite | kStarColorDistance)) {
-        for (int c = 0; c < 4; ++c)
-            rgba[c] = baseColor[c];
+        for (int c = 0; c < 3; ++c)
+            rgb[c] = baseColor[c];
         if (renderFlags & kStarColorFile) {
-            for (int c = 0; c < 4; ++c)
-                rgba[c] *= star.fileColor[c];
+            for (int c = 0; c < 3; ++c)
+                rgb[c] *= star.fileColor[c];
         }
         if ((renderFlags & kStarColorMap) && hasColorMap()) {
-            for (int c = 0; c < 4; ++c)
-                rgba[c] *= star.colormapColor[c];
+            for (int c = 0; c < 3; ++c)
+                rgb[c] *= star.colormapColor[c];
         }
         if (renderFlags & kStarColorDistance) {
             float d[4];
             distanceColour(star.pos.w, d);
-            for (int c = 0; c < 4; ++c)
-                rgba[c] *= d[c];
+            for (int c = 0; c < 3; ++c)
+                rgb[c] *= d[c];
         }
     } else {
-        for (int c = 0; c < 4; ++c)
-            rgba[c] = plainColor[c];
+        for (int c = 0; c < 3; ++c)
+            rgb[c] = plainColor[c];
     }
-    rgba[3] = coverageAlpha(coverage);
     if (exposureActive) {
         for (int c = 0; c < 3; ++c)
-            rgba[c] = std::pow(rgba[c], param.exposure);
+            rgb[c] = std::pow(rgb[c], param.exposure);
     }
     if (tuneIntensityActive) {
         for (int c = 0; c < 3; ++c) {
-            rgba[c] *= param.tuneIntensity;
-            if (rgba[c] > 1.0f) rgba[c] = 1.0f;
+            rgb[c] *= param.tuneIntensity;
+            if (rgb[c] > 1.0f) rgb[c] = 1.0f;
         }
     }
 }

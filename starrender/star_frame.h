@@ -9,15 +9,18 @@
 // stay inside the far plane.
 constexpr double kDepthCompressStart = 3.5;
 constexpr double kDepthCompressFactor = 72.0;
+// Drawing keeps star positions as plain coordinates in units of 10^kDrawCacheLog metres.
+constexpr double kDrawCacheLog = 16.0;
 
 struct StarFrame {
     double currLogScale = 0.0;
-    Phc eye;                   // camera position, normalised (w in log10 metres)
-    Vec3 eyeDrawing;           // camera position in drawing units (10^currLogScale metres)
-    bool eyeAtOrigin = false;  // the camera sits at the origin (eye cannot be normalised)
-    double eyeScale = 1.0;     // 10^(eye.w - currLogScale): the eye's distance in drawing units
-    Vec3 viewDir{0, 0, -1};    // unit viewing direction
-    Vec3 up{0, 1, 0};          // camera up direction, unit
+    Phc eye;                      // camera position, normalised (w in log10 metres)
+    Vec3 eyeDrawing;              // camera position in drawing units (10^currLogScale metres)
+    bool eyeAtOrigin = false;     // the camera sits at the origin (eye cannot be normalised)
+    double eyeScale = 1.0;        // 10^(eye.w - currLogScale): the eye's distance in drawing units
+    double cacheToDrawing = 1.0;  // 10^(kDrawCacheLog - currLogScale)
+    Vec3 viewDir{0, 0, -1};       // unit viewing direction
+    Vec3 up{0, 1, 0};             // camera up direction, unit
     double rotation[16] = {1, 0, 0, 0, 0, 1, 0, 0,
                            0, 0, 1, 0, 0, 0, 0, 1};  // modelview, no translation
     int viewport[4] = {0, 0, 1, 1};
@@ -37,6 +40,16 @@ struct EyePlacement {
     Phc rel;           // star minus eye, normalised (w = lowest double when at the eye)
     double vertex[3];  // drawn position: the direction times 10^(depth-compressed w - scale)
 };
+
+// Places a star given by its plain coordinates (units of 10^kDrawCacheLog metres); the same
+// result as placeStar with the position's arithmetic done in ordinary doubles.
+bool placeStarCartesian(const StarFrame& frame, const double cartesian[3], EyePlacement& out);
+
+// placeStarCartesian for a star drawn as a point: only its drawn vertex and its depth,
+// log10 of its distance from the eye in drawing units (the eye-relative w minus
+// currLogScale; the lowest double for a star at the eye).
+bool placeStarPoint(const StarFrame& frame, const double cartesian[3], double vertex[3],
+                    double* depth);
 
 // Places a star whose current position is normalised. Returns false for a star behind the
 // eye (dot(p, viewing direction) < 0), which is not drawn.

@@ -110,7 +110,7 @@ TEST(StarFile, HomeMagnitudeIsTheMagnitudeSeenFromTheSun) {
 TEST(StarFile, LuminosityClassMustBeOneOfTheFive) {
     ScratchDir dir;
     std::vector<std::string> base(kTokens.begin(), kTokens.begin() + 19);
-    for (const char* type : {"I", "II", "III", "IV", "V"}) {
+    for (const char* type : {"I", "II", "III", "IV", "V", "---"}) {
         base[18] = type;
         std::string line;
         for (auto& t : base)
@@ -147,6 +147,13 @@ TEST(StarFile, CommonNameKeepsBlanksDropsTrailingOnesAndIsCutAt31) {
     EXPECT_STREQ(b.commonName,
                  std::string("A name that is far longer than thirty-one").substr(0, 31).c_str());
     EXPECT_EQ(std::strlen(b.commonName), 31u);
+    // The name is what follows the 21st word, even where a number stopped inside a word.
+    std::string odd = lineOf(20) + " 34x Barnard's Star";
+    path = dir.write("s.star", starFile(1, odd + "\n"));
+    StarList other;
+    ASSERT_EQ(readInto(other, path).status, 1);
+    EXPECT_EQ(other.getStarArray()[0].hic, 34);
+    EXPECT_STREQ(other.getStarArray()[0].commonName, "Barnard's Star");
 }
 
 TEST(StarFile, CommentAndBlankLinesAreSkippedButCountedInLineNumbers) {

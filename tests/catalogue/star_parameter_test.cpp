@@ -275,11 +275,15 @@ TEST(StarParameterFile, AcceptedLinesAndTheirValues) {
 
 TEST(StarParameterFile, AKeyWithoutAValueKeepsTheCurrentConstellationFile) {
     ScratchDir dir;
+    dir.write("const.txt", "CONSTELLATION ORI Orion\n");
     StarList list;
-    ASSERT_EQ(readParameters(list, dir, "constellation_file = const.txt\n", "/data").status, 1);
-    EXPECT_STREQ(list.getStarParameter().constellationFile, "/data/const.txt");
+    ReadResult r =
+        readParameters(list, dir, "constellation_file = const.txt\n", dir.path().c_str());
+    ASSERT_EQ(r.status, 1) << r.err;
+    const std::string underDataDir = dir.path() + "/const.txt";
+    EXPECT_STREQ(list.getStarParameter().constellationFile, underDataDir.c_str());
     ASSERT_EQ(readParameters(list, dir, "constellation_file = \n").status, 1);
-    EXPECT_STREQ(list.getStarParameter().constellationFile, "/data/const.txt");
+    EXPECT_STREQ(list.getStarParameter().constellationFile, underDataDir.c_str());
 }
 
 TEST(StarParameterFile, ASetterFailureStopsTheLaterGroupsButTheReadSucceeds) {

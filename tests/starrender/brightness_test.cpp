@@ -190,3 +190,33 @@ TEST(ResetPtSize, NormalisesByTheBrightestOrAFixedLuminosity) {
     list.resetPtSize();
     EXPECT_FLOAT_EQ(list.getStarArray()[0].relLum, 2.0f);
 }
+
+TEST(StarSizeClassifier, TheFrameTablesClassifyAsTheFullComputation) {
+    // The per-frame curve and class table must give classifyStarSize's answer; the last-bit
+    // rounding of the blended curve may move a boundary by a hair, nothing more.
+    struct Settings {
+        float starScale;
+        double rpp;
+        double texScale;
+        int largeLimit;
+    };
+    const Settings settings[] = {{1.0f, 1.8e-3, 1.0, 16 * 1024 * 16},
+                                 {0.0f, 4e-4, 1.0, 16 * 1024 * 16},
+                                 {0.6f, 1e-2, 2.5, 8 * 1024 * 8},
+                                 {3.0f, 2e-3, 0.3, 64 * 1024 * 64},
+                                 {-4.0f, 1e-3, 1.0, 16 * 1024 * 16}};
+    for (const Settings& s : settings) {
+        StarSizeClassifier classifier(s.starScale, s.rpp, s.texScale, s.largeLimit);
+        int differ = 0, total = 0;
+        for (float m = -35.0f; m <= 10.5f; m += 0.00173f, ++total) {
+            const StarSizeClass a = classifier.classify(m);
+            const StarSizeClass b =
+                classifyStarSize(m, s.starScale, s.rpp, s.texScale, s.largeLimit);
+            if (a.visible != b.visible || a.bucket != b.bucket || a.coverage != b.coverage) {
+                ++differ;
+                EXPECT_LE(std::abs(a.bucket - b.bucket), 1) << m;
+            }
+        }
+        EXPECT_LT(differ, total / 10000) << s.starScale;
+    }
+}

@@ -283,9 +283,10 @@ TEST(StarBatches, ColourSourcesExposureAndIntensity) {
     auto colourWith = [&](int flags) {
         RecordingSink sink;
         list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), flags, sink);
-        EXPECT_EQ(sink.points().size(), 1u);
-        std::vector<float> c(sink.points()[0].rgba, sink.points()[0].rgba + 4);
-        return c;
+        const std::vector<Event> points = sink.points();
+        EXPECT_EQ(points.size(), 1u);
+        if (points.empty()) return std::vector<float>(4, -1.0f);
+        return std::vector<float>(points[0].rgba, points[0].rgba + 4);
     };
     std::vector<float> c = colourWith(kStarColorFile);
     EXPECT_FLOAT_EQ(c[0], 0.5f);

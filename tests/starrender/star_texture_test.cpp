@@ -229,7 +229,8 @@ TEST(FileTexture, UnreadableFilesAndWrongChannelCounts) {
               "ERR : texFile [" + pgm + "] should have three or four channels\n\n");
     // A header promising a huge picture is not believed.
     const std::string huge = dir.write("huge.ppm", "P6\n100000 100000\n255\nxyz");
-    EXPECT_FALSE(fileStarImage(huge.c_str(), rgba, &w, &h));
+    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(fileStarImage(huge.c_str(), rgba, &w, &h)); }),
+              "Err : reading [" + huge + "]\n");
 }
 
 TEST(Rescale, ShrinkingAveragesAndUniformStaysUniform) {
