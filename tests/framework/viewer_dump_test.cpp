@@ -15,7 +15,7 @@
 namespace {
 
 const std::string kViewer = TEST_VIEWER;
-const std::string kSkyrama = SKYRAMA_BINARY_DIR "/skyrama";
+const std::string kEmptyViewer = EMPTY_VIEWER;
 const std::string kScripts = SKYRAMA_SOURCE_DIR "/tests/framework/scripts/";
 const std::string kThree = kScripts + "three_frames.scp";
 
@@ -115,7 +115,7 @@ TEST_F(ViewerDump, JitteredDumpHoldsTheAveragedPicture) {
 }
 
 TEST_F(ViewerDump, TheEmptySceneDumpsVisibleAxesAndCubes) {
-    const fwtest::RunResult r = run(kSkyrama, {"-dump", "sky", "0", kThree});
+    const fwtest::RunResult r = run(kEmptyViewer, {"-dump", "sky", "0", kThree});
     EXPECT_EQ(1, r.exitCode);
     int w = 0, h = 0, c = 0;
     const auto data = read_pnm((dir_ + "/sky.0000.pnm").c_str(), &w, &h, &c);

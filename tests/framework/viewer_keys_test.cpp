@@ -230,16 +230,15 @@ TEST_F(RunningViewer, QuitAsksFirstAndTheSceneWaitsForTheAnswer) {
     EXPECT_NE(std::string::npos, viewer_->out().find("quitScene\n"));
 }
 
-TEST(RunningSkyrama, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
+TEST(RunningEmptyScene, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
     if (!fwtest::haveDisplay() || !fwtest::haveProgram("xdotool")) GTEST_SKIP() << "no display";
     const std::string dir = fwtest::freshDir("overlay_keys");
     fwtest::RunOptions options;
     options.workingDir = dir;
-    std::unique_ptr<fwtest::BackgroundProgram> skyrama;
+    std::unique_ptr<fwtest::BackgroundProgram> viewer;
     const std::string window = fwtest::startWithWindow(
-        skyrama, {SKYRAMA_BINARY_DIR "/skyrama", SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"},
-        options, "demo.scp");
-    ASSERT_FALSE(window.empty()) << skyrama->err();
+        viewer, {EMPTY_VIEWER, SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"}, options, "demo.scp");
+    ASSERT_FALSE(window.empty()) << viewer->err();
     fwtest::sleepSeconds(0.3);
     // The empty scene shows the axes and the metre cubes; n adds the frame number; a and b
     // take the axes and cubes away again.
