@@ -1,0 +1,7 @@
+#include "scene/scene_settings.h"
+
+SceneSettings sceneSettings;
+
+void resetSceneSettings() {
+    sceneSettings = SceneSettings{};
+}

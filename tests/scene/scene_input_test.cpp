@@ -1,0 +1,283 @@
+// The running program driven with real input events through the X server (xdotool): picking
+// with the right button, the anchor on the empty sky, the scene's keys and rollout selection,
+// typing into the panel's fields, and the locked view. The panel's shown values are read
+// from its echo on standard output (SKYRAMA_PANEL_TRACE).
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "image/pnm_file.h"
+#include "tests/scene/scene_program.h"
+#include "tests/scene/scene_tree.h"
+
+using namespace scenetest;
+
+namespace {
+
+const std::string kPicked = "Star [P]icked or To Pick/";
+const std::string kChecks = "[C]heckboxes/";
+const std::string kBasic = "Basic [A]djustment/";
+
+int runCounter = 0;
+
+struct Rect {
+    int x = -1, y = -1, w = 0, h = 0;
+    bool found() const { return x >= 0; }
+};
+
+class RunningScene : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!haveDisplay()) GTEST_SKIP() << "no display";
+        holdDisplay();
+        if (!haveProgram("xdotool")) GTEST_SKIP() << "no xdotool";
+        const std::string tag =
+            "scene" + std::to_string(getpid()) + "x" + std::to_string(runCounter++);
+        dir_ = freshDir(tag);
+        tree_ = writeSceneTree(dir_, tag + ".star");
+        Launch l;
+        l.args = {tree_.script, tree_.starFile};
+        l.workingDir = dir_;
+        l.env = {{"TOPDIR", dir_}, {"SKYRAMA_PANEL_TRACE", "1"}};
+        program_ = std::make_unique<Program>(l);
+        ASSERT_TRUE(program_->started());
+        window_ = findWindow(tag);
+        ASSERT_FALSE(window_.empty()) << program_->err();
+        // The panel column is laid out once the window has its final size.
+        ASSERT_TRUE(program_->waitForOut("panel item: Quit 4", 10.0)) << program_->out();
+        sleepSeconds(0.3);
+    }
+
+    void TearDown() override {
+        if (program_) {
+            EXPECT_TRUE(program_->running()) << "the program ended: " << program_->err();
+        }
+    }
+
+    void keys(const std::vector<std::string>& names) {
+        xdotool({"windowfocus", "--sync", window_});
+        for (const std::string& k : names) {
+            xdotool({"key", "--window", window_, k});
+            sleepSeconds(0.25);
+        }
+    }
+
+    // Empties the text field being edited.
+    void clearField() {
+        keys({"End"});
+        for (int i = 0; i < 24; ++i)
+            xdotool({"key", "--window", window_, "BackSpace"});
+        sleepSeconds(0.3);
+    }
+
+    void type(const std::string& text) {
+        xdotool({"type", "--window", window_, "--delay", "60", text});
+        sleepSeconds(0.3);
+    }
+
+    void click(int x, int y, int button = 1) {
+        xdotool({"mousemove", "--window", window_, std::to_string(x), std::to_string(y)});
+        sleepSeconds(0.1);
+        xdotool({"click", std::to_string(button)});
+        sleepSeconds(0.3);
+    }
+
+    void clickItem(const std::string& path) {
+        const Rect r = item(path);
+        ASSERT_TRUE(r.found()) << path;
+        click(r.x + r.w / 2, r.y + r.h / 2);
+    }
+
+    // The last value shown for a control, "" when it was never shown.
+    std::string shown(const std::string& path) {
+        const std::string prefix = "panel: " + path + " = [";
+        std::string value;
+        std::istringstream lines(program_->out());
+        for (std::string line; std::getline(lines, line);) {
+            if (line.compare(0, prefix.size(), prefix) == 0 && line.back() == ']')
+                value = line.substr(prefix.size(), line.size() - prefix.size() - 1);
+        }
+        return value;
+    }
+
+    Rect item(const std::string& path) {
+        const std::string prefix = "panel item: " + path + " ";
+        Rect r;
+        std::istringstream lines(program_->out());
+        for (std::string line; std::getline(lines, line);) {
+            if (line.compare(0, prefix.size(), prefix) == 0) {
+                std::istringstream numbers(line.substr(prefix.size()));
+                numbers >> r.x >> r.y >> r.w >> r.h;
+            }
+        }
+        return r;
+    }
+
+    std::string rollouts() {
+        std::string last;
+        std::istringstream lines(program_->out());
+        for (std::string line; std::getline(lines, line);) {
+            if (line.compare(0, 16, "panel rollouts: ") == 0) last = line.substr(16);
+        }
+        return last;
+    }
+
+    // Pixels of the 3-D view dumped by the Insert key ("ppm file:" name, skyrama.ppm).
+    std::vector<unsigned char> dumpView(int& width, int& height) {
+        const std::string path = dir_ + "/skyrama.ppm";
+        std::remove(path.c_str());
+        keys({"Insert"});
+        sleepSeconds(0.3);
+        int components = 0;
+        return read_pnm(path.c_str(), &width, &height, &components);
+    }
+
+    std::string dir_;
+    SceneTree tree_;
+    std::unique_ptr<Program> program_;
+    std::string window_;
+};
+
+// Pixels of the information box's magenta text in the box's corner of the view.
+int infoTextPixels(const std::vector<unsigned char>& rgb, int width, int height) {
+    int count = 0;
+    for (int y = 0; y < height * 22 / 100 && y < height; ++y) {
+        for (int x = 0; x < width * 28 / 100; ++x) {
+            const unsigned char* p = &rgb[(static_cast<std::size_t>(y) * width + x) * 3];
+            if (p[0] > p[1] + 50 && p[2] > p[1] + 50) ++count;
+        }
+    }
+    return count;
+}
+
+}  // namespace
+
+TEST_F(RunningScene, RightClickOnAStarDescribesItInThePanelAndOnScreen) {
+    keys({"m", "p"});
+    EXPECT_EQ('P', rollouts()[0]) << rollouts();
+    int width = 0, height = 0;
+    const std::vector<unsigned char> before = dumpView(width, height);
+    ASSERT_EQ(static_cast<std::size_t>(kScriptWidth * kScriptHeight * 3), before.size());
+    EXPECT_EQ(0, infoTextPixels(before, width, height));
+
+    // With Shift held the right button does not pick.
+    xdotool({"mousemove", "--window", window_, std::to_string(kScriptWidth / 2),
+             std::to_string(kScriptHeight / 2)});
+    xdotool({"keydown", "shift", "click", "3", "keyup", "shift"});
+    sleepSeconds(0.4);
+    EXPECT_EQ("", shown(kPicked + "HD number:"));
+
+    // Alpha Testi lies straight ahead, in the middle of the view.
+    click(kScriptWidth / 2, kScriptHeight / 2, 3);
+    EXPECT_EQ("1001", shown(kPicked + "HD number:"));
+    EXPECT_EQ("501", shown(kPicked + "HIC number:"));
+    EXPECT_EQ("Alpha Testi", shown(kPicked + "Common name:"));
+    clickItem(kPicked + "1.Color Info.");
+    EXPECT_EQ("G2.0(V)", shown(kPicked + "1.Color Info./SpType:")) << program_->out();
+    EXPECT_EQ("0.650000", shown(kPicked + "1.Color Info./BV:"));
+
+    const std::vector<unsigned char> after = dumpView(width, height);
+    EXPECT_GT(infoTextPixels(after, width, height), 20);
+
+    // "print (console)" prints the star's description on standard output.
+    clickItem(kPicked + "print (console)");
+    EXPECT_TRUE(program_->waitForOut("HD(1001) HIC(501) CommonName(Alpha Testi)", 3.0))
+        << program_->out().substr(0, 2000);
+}
+
+TEST_F(RunningScene, RightClickOnEmptySkyPutsTheAnchorThreeAndAHalfDecadesOut) {
+    keys({"m", "p"});
+    click(40, 40, 3);
+    EXPECT_EQ("anchor", shown(kPicked + "Common name:"));
+    EXPECT_EQ("", shown(kPicked + "HD number:"));
+    clickItem(kPicked + "2.Position Info.");
+    EXPECT_EQ("19.500000", shown(kPicked + "2.Position Info./log10 scale (m):"));
+    // Up and to the left of the view along +x: towards +y (left) and +z (up).
+    const std::string l = shown(kPicked + "2.Position Info./Galactic l:");
+    const std::string b = shown(kPicked + "2.Position Info./Galactic b:");
+    EXPECT_GT(std::atof(l.c_str()), 0.0) << l;
+    EXPECT_LT(std::atof(l.c_str()), 90.0) << l;
+    EXPECT_GT(std::atof(b.c_str()), 0.0) << b;
+}
+
+TEST_F(RunningScene, KeysToggleSettingsAndSelectRollouts) {
+    keys({"m", "c"});
+    EXPECT_EQ("Cas", rollouts().substr(0, 3));
+    const std::string lines = kChecks + "show constellat.lines (s)";
+    const std::string names = kChecks + "show constellat.names (s)";
+    EXPECT_EQ("off", shown(lines));
+    const char* const expected[][2] = {{"on", "off"}, {"on", "on"}, {"off", "on"}, {"off", "off"}};
+    for (const auto& e : expected) {
+        keys({"s"});
+        EXPECT_EQ(e[0], shown(lines));
+        EXPECT_EQ(e[1], shown(names));
+    }
+    keys({"E", "A", "y"});
+    EXPECT_EQ("on", shown(kChecks + "show equatorial grid (E)"));
+    EXPECT_EQ("on", shown(kChecks + "show anchor (A)"));
+    EXPECT_EQ("on", shown(kChecks + "show star velocity trail (y)"));
+    keys({"Y"});
+    EXPECT_NE(std::string::npos, program_->err().find("show error of star velocity vector\n"));
+
+    // "m" then "O" opens the orrery rollout and puts it first; "m" then "o" closes it.
+    keys({"m", "O"});
+    EXPECT_EQ("OCasptimvew", rollouts());
+    keys({"m", "o"});
+    EXPECT_EQ("oCasptimvew", rollouts());
+    keys({"m", "minus"});
+    EXPECT_EQ("ocasptimvew", rollouts());
+}
+
+TEST_F(RunningScene, TypedNamesPickStarsAndTheAnchorAndNonsenseChangesNothing) {
+    keys({"m", "p"});
+    clickItem(kPicked + "Common name:");
+    type("Gam");
+    keys({"Return"});
+    EXPECT_EQ("1003", shown(kPicked + "HD number:"));
+    EXPECT_EQ("Gamma (Ursa)-Minor", shown(kPicked + "Common name:"));
+
+    clickItem(kPicked + "HD number:");
+    clearField();
+    type("abc");
+    keys({"Return"});
+    EXPECT_NE(std::string::npos,
+              program_->err().find("Err (findStar): HD number [abc] is not a whole number.\n"))
+        << program_->err();
+    EXPECT_EQ("1003", shown(kPicked + "HD number:"));  // still the picked star
+
+    clickItem(kPicked + "Common name:");
+    clearField();
+    type("Zeta");
+    keys({"Return"});
+    EXPECT_NE(std::string::npos,
+              program_->err().find("Err (findStar): no star is named [Zeta].\n"));
+    EXPECT_EQ("Gamma (Ursa)-Minor", shown(kPicked + "Common name:"));
+
+    clickItem(kPicked + "Common name:");
+    clearField();
+    type("anchor");
+    keys({"Return"});
+    EXPECT_EQ("anchor", shown(kPicked + "Common name:"));
+    EXPECT_EQ("", shown(kPicked + "HD number:"));
+    click(kScriptWidth / 2, 20);  // out of the field, into the view
+    keys({"m", "c"});
+    EXPECT_EQ("on", shown(kChecks + "show anchor (A)"));
+}
+
+TEST_F(RunningScene, ALockedViewRefusesTheLogScaleKeys) {
+    keys({"m", "a"});
+    EXPECT_EQ("16.000", shown(kBasic + "Log10(m) space:"));
+    keys({"Up"});
+    EXPECT_EQ("16.020", shown(kBasic + "Log10(m) space:"));
+    keys({"L", "Up", "Up", "Down"});
+    EXPECT_EQ("16.020", shown(kBasic + "Log10(m) space:"));
+    keys({"l", "Down", "Down"});
+    EXPECT_EQ("15.980", shown(kBasic + "Log10(m) space:"));
+}
