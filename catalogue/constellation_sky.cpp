@@ -38,14 +38,15 @@ Phc skyDirection(double raHours, double decDegrees, double w) {
 }
 
 double longitudeDegrees(const Vec3& v) {
+    if (v.x == 0.0 && v.y == 0.0) return 0.0;  // a pole or no direction: not 180 for -0
     double l = std::atan2(v.y, v.x) / kDegree;
     if (l < 0.0) l += 360.0;
-    return l;
+    return l + 0.0;  // no negative zero
 }
 
 double latitudeDegrees(const Vec3& v) {
     double z = v.z > 1.0 ? 1.0 : (v.z < -1.0 ? -1.0 : v.z);
-    return std::asin(z) / kDegree;
+    return std::asin(z) / kDegree + 0.0;  // no negative zero
 }
 
 bool constellationNameMatches(const char* name, const char* query) {
