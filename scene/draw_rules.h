@@ -9,9 +9,10 @@ constexpr double kOrreryLogScaleLimit = 18.0;
 // The Sun's particle image is drawn between these log scales, both included.
 constexpr double kSunParticlesLogScaleMin = 5.0;
 constexpr double kSunParticlesLogScaleMax = 15.0;
-// The Sun's particles are drawn at a log scale 0.2 below the frame's, so they sit slightly
-// in front of what lies at the Sun.
+// The Sun's particles are drawn at a log scale 0.2 below the frame's, and below their
+// reference scale they keep the size they have there: the Sun looks the same from 5 to 15.
 constexpr double kSunParticlesScaleShift = -0.2;
+constexpr double kSunParticlesReferenceScale = 15.0;
 // Cubes around the picked star are drawn while it lies nearer than this many units.
 constexpr double kPickedCubeDistanceLimit = 10.0;
 

@@ -182,15 +182,10 @@ void drawSolarSystem(const FrameContext& frame) {
 void drawSunParticles(double currLogScale) {
     ParticleList* sun = sceneObjects.sunParticles.get();
     if (sun == nullptr || !sunParticlesVisible(sceneSettings, currLogScale)) return;
-    // The set's reference scale is the top of the range it is drawn in (15): at every scale
-    // it is drawn at (5 to 15) the Sun keeps its true size, so that it grows from a glow at
-    // 15 to a disk filling the view close by. Holding its size at the reference below 15
-    // would leave a dot too faint to see at the scales the Sun is shown at.
-    constexpr double kTrueSize = -1.0e308;
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
     sun->setTuneColor(1.0f, 1.0f, 1.0f, 0.4f);
     sun->render(PARTICLE_SPRITES_SORTED | PARTICLE_DEPTH_TEST | PARTICLE_NO_DEPTH_WRITE,
-                currLogScale + kSunParticlesScaleShift, kTrueSize);
+                currLogScale + kSunParticlesScaleShift, kSunParticlesReferenceScale);
 }
 
 void drawScreenOverlays() {

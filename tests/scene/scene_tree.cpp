@@ -26,11 +26,11 @@ const char* const kTriangle =
     "v -1 -1 0\nv 1 -1 0\nv 0 1 0\nvt 0 0\nvt 1 0\nvt 0.5 1\nvn 0 0 1\n"
     "f 1/1/1 2/2/1 3/3/1\n";
 
-// One glow of 10^13 m, large enough to show at both ends of the scales the Sun is drawn at.
+// One glow of 10^15 m, sized (as the real one) for the reference scale 15 it is drawn with.
 const char* const kSun =
-    "PARTICLE 1 1 9.0\n"
+    "PARTICLE 1 1 15.0\n"
     "texture glow gaussian 255 10.0\n"
-    "0 0 0 10000 1.0 0.85 0.55 0.9 glow\n";
+    "0 0 0 1.0 1.0 0.85 0.55 0.9 glow\n";
 
 std::string script() {
     std::string s =
