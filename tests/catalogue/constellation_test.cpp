@@ -288,6 +288,54 @@ TEST_F(Constellations, UnreadableAndBinaryFiles) {
     EXPECT_EQ(list.getNumConstellations(), 0);
 }
 
+// Copies of a good file with bytes changed, dropped or repeated: each load succeeds or fails
+// with a message, and never reads or writes out of bounds (run under the sanitizers).
+std::string mutated(const std::string& text, unsigned seed) {
+    std::string out = text;
+    std::uint32_t state = seed * 2654435761u + 1;
+    auto next = [&state]() {
+        state = state * 1664525u + 1013904223u;
+        return state >> 8;
+    };
+    const int edits = 1 + next() % 4;
+    for (int e = 0; e < edits && !out.empty(); ++e) {
+        const std::size_t at = next() % out.size();
+        switch (next() % 3) {
+            case 0:
+                out[at] = static_cast<char>(next() % 256);
+                break;
+            case 1:
+                out.erase(at, 1 + next() % 8);
+                break;
+            default:
+                out.insert(at, out.substr(at, 1 + next() % 40));
+                break;
+        }
+    }
+    return out;
+}
+
+TEST_F(Constellations, MutatedFilesLoadOrFailCleanly) {
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        path = dir.write("m.txt", mutated(kTwoSections, seed));
+        int result = 0;
+        const std::string message =
+            stderrOf([&] { result = list.loadConstellations(path.c_str()); });
+        ASSERT_TRUE(result == 1 || result == -1) << seed;
+        if (result == -1) {
+            EXPECT_EQ(message.rfind("Err", 0), 0u) << seed << ": " << message;
+        }
+        EXPECT_LE(list.getNumConstellations(), 4) << seed;
+        for (int c = 0; c < list.getNumConstellations(); ++c) {
+            int n = 0;
+            std::int32_t* set = list.getConstellationLineSet(c, &n);
+            for (int i = 0; i < 2 * n; ++i)
+                ASSERT_TRUE(set[i] >= 0 && set[i] < list.getNumRecords()) << seed;
+            list.releaseArray(set);
+        }
+    }
+}
+
 TEST_F(Constellations, SettingsAreCheckedAndKept) {
     const float line[4] = {0.1f, 0.2f, 0.3f, 0.4f}, bound[4] = {0.5f, 0.6f, 0.7f, 0.8f};
     EXPECT_EQ(list.setConstellationColors(line, bound), 1);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -218,6 +219,46 @@ TEST_F(Planets, ShortLinesAndUnreadableFiles) {
         many += planet(i, 1397);
     EXPECT_EQ(load(many, 1), "");
     EXPECT_EQ(byHD(1397).numPlanets, 3000);
+}
+
+TEST_F(Planets, MutatedFilesLoadOrFailCleanly) {
+    const std::string good = "# planets\n" + planet(1, 1397) + planet(2, 2685) +
+                             planetLine(3, "", "Gliese 876", "2.2", "61.1", "0.2", "0.03", " 214") +
+                             planet(4, 2685, "0.5");
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        std::string text = good;
+        std::uint32_t state = seed * 2654435761u + 7;
+        for (int e = 0; e < 3; ++e) {
+            state = state * 1664525u + 1013904223u;
+            const std::size_t at = (state >> 8) % text.size();
+            state = state * 1664525u + 1013904223u;
+            if (state % 3 == 0) {
+                text[at] = static_cast<char>(state >> 24);
+            } else if (state % 3 == 1) {
+                text.erase(at, 1 + (state >> 28));
+            } else {
+                text.insert(at, text.substr(at, 1 + (state >> 27)));
+            }
+        }
+        path = dir.write("m.txt", text);
+        int result = 0;
+        const std::string message =
+            stderrOf([&] { result = list.loadExtrasolarPlanets(path.c_str()); });
+        ASSERT_TRUE(result == 1 || result == -1) << seed;
+        if (result == -1) {
+            EXPECT_EQ(message.rfind("Err(StarList::loadExtrasolarPlanets): (line ", 0), 0u)
+                << message;
+            EXPECT_EQ(list.getNumPlanets(), 0);
+            EXPECT_EQ(planetsOfAllStars(), 0);
+        } else {
+            EXPECT_LE(list.getNumPlanets(), 6);
+            for (int i = 0; i < list.getNumPlanets(); ++i) {
+                const ExtrasolarPlanet* p = list.getPlanet(i);
+                EXPECT_TRUE(p->eccentricity >= 0.0f && p->eccentricity < 1.0f);
+                EXPECT_GT(p->mass, 0.0f);
+            }
+        }
+    }
 }
 
 TEST_F(Planets, OrbitScaleAndPrintedPlanets) {

@@ -264,6 +264,37 @@ TEST(MSTFile, BadFilesAreReportedAndLeaveNoTree) {
     EXPECT_EQ(n, 3);
 }
 
+TEST(MSTFile, MutatedFilesLoadOrFailCleanly) {
+    ScratchDir dir;
+    const std::string good = treeFile(12, 11);
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        std::string text = good;
+        std::uint32_t state = seed * 2654435761u + 3;
+        for (int e = 0; e < 2; ++e) {
+            state = state * 1664525u + 1013904223u;
+            const std::size_t at = (state >> 8) % text.size();
+            state = state * 1664525u + 1013904223u;
+            if (state % 2) {
+                text[at] = static_cast<char>("0123456789 -\nx9"[state >> 28]);
+            } else {
+                text.erase(at, 1 + (state >> 29));
+            }
+        }
+        const std::string path = dir.write("m.mst", text);
+        int n = -1;
+        std::int32_t* tree = nullptr;
+        const std::string message = stderrOf([&] { tree = load_MST(path.c_str(), &n); });
+        if (tree == nullptr) {
+            EXPECT_EQ(message.rfind("Err (load_MST): ", 0), 0u) << message;
+            continue;
+        }
+        EXPECT_GE(n, 1);
+        for (int i = 0; i < 2 * (n - 1); ++i)
+            EXPECT_TRUE(tree[i] >= 0 && tree[i] < n);
+        releaseMSTArray(tree);
+    }
+}
+
 TEST(MSTFile, PointCountMustMatchTheStars) {
     ScratchDir dir;
     std::string lines;
