@@ -60,8 +60,11 @@ struct SizeTables {
             alphaGamma[i] = static_cast<unsigned char>(255.99 * std::pow(i / 255.0, 0.4));
         }
         for (int k = 0; k < kStarSqrtTableSize; ++k) {
-            const int c =
-                static_cast<int>(static_cast<float>(k * 256) * coverageFactor[sqrtTable[k]]);
+            // Beyond bucket 63 a star is drawn in the largest bucket, fully covered.
+            const int b = sqrtTable[k];
+            const int c = b < kNumSizeBuckets
+                              ? static_cast<int>(static_cast<float>(k * 256) * coverageFactor[b])
+                              : kFullCoverage;
             coverageOfK[k] = static_cast<unsigned char>(c > kFullCoverage ? kFullCoverage : c);
         }
         for (int c = 0; c < 256; ++c)
@@ -161,6 +164,15 @@ StarSizeClassifier::StarSizeClassifier(float starScale, double radiansPerPixel, 
                 if (n >= 0 && n < kTableCells) table_[n] = kMixedCell;
             }
         }
+    }
+    packed_.assign(kTableCells + 2, 0u);
+    packed_[0] = kMixedCell;
+    for (int c = 0; c < kTableCells; ++c) {
+        const std::uint16_t e = table_[c];
+        packed_[c + 1] =
+            (e & kMixedCell)
+                ? kMixedCell
+                : pack(StarSizeClass{(e >> 8) & 0x3f, e & 0xff, (e & kVisibleCell) ? 1 : 0});
     }
 }
 

@@ -105,6 +105,22 @@ class StarSizeClassifier {
     // The classification of classifyStarSize itself.
     StarSizeClass classifyExact(float m) const;
 
+    // classify as one word, visible << 16 | bucket << 8 | coverage, reached without a branch
+    // on the magnitude for all but the stars of mixed cells (drawing visits stars in no order
+    // of magnitude, so such branches would mostly be guessed wrong).
+    std::uint32_t classifyPacked(float m) const {
+        float f = (m - kTableLow) * kCellsPerMagnitude + 1.0f;
+        if (!(f >= 0.0f)) f = 0.0f;  // brighter than the table, or NaN: cell 0, classified in full
+        f = std::min(f, static_cast<float>(kTableCells + 1));
+        std::uint32_t e = packed_[static_cast<int>(f)];
+        if (e & kMixedCell) e = pack(classify(m));
+        return m <= kShiftedFaintLimit ? e : 0u;
+    }
+    static StarSizeClass unpack(std::uint32_t e) {
+        return StarSizeClass{static_cast<int>((e >> 8) & 0xff), static_cast<int>(e & 0xff),
+                             static_cast<int>(e >> 16)};
+    }
+
   private:
     static constexpr float kShiftedFaintLimit = 10.0f;  // fainter stars are not drawn
     static constexpr float kTableLow = -2.0f;           // just below the brightest corner, B_54
@@ -114,6 +130,9 @@ class StarSizeClassifier {
     static constexpr std::uint16_t kMixedCell = 0x8000;
     static constexpr std::uint16_t kVisibleCell = 0x4000;
 
+    static std::uint32_t pack(const StarSizeClass& c) {
+        return static_cast<std::uint32_t>((c.visible << 16) | (c.bucket << 8) | c.coverage);
+    }
     static std::uint16_t encode(const StarSizeClass& c) {
         return static_cast<std::uint16_t>((c.visible ? kVisibleCell : 0) | (c.bucket << 8) |
                                           c.coverage);
@@ -148,6 +167,9 @@ class StarSizeClassifier {
     float largeLimit_;
     MagnitudeCurve blended_;
     std::vector<std::uint16_t> table_;
+    // The table again for classifyPacked: entry 0 for magnitudes below the table (mixed), the
+    // cells, and one entry for magnitudes above 10 (not drawn).
+    std::vector<std::uint32_t> packed_;
 };
 
 // trunc(256 k / bucket(k)^2) for k < 4096: the coverage of a star of k.

@@ -23,6 +23,14 @@ class GlStarSink : public StarDrawSink {
     void point(const double vertex[3], const float rgba[4]) override {
         glColor4fv(rgba);
         glVertex3dv(vertex);
+        // Hand what is there to the renderer now and then, so that it draws while the
+        // remaining stars are still being worked out (the batch goes on at the same size).
+        if (++pending_ == kFlushEvery) {
+            glEnd();
+            glFlush();
+            glBegin(GL_POINTS);
+            pending_ = 0;
+        }
     }
     void endPoints() override { glEnd(); }
 
@@ -57,7 +65,9 @@ class GlStarSink : public StarDrawSink {
     }
 
   private:
+    static constexpr int kFlushEvery = 4096;  // points
     unsigned texture_;
+    int pending_ = 0;
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 // placed relative to the eye, classified into a point-size bucket, coloured, and handed to
 // a sink in batches of one point size.
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -14,6 +15,7 @@ namespace {
 
 constexpr int kFirstBucket = 2;  // the batch that is open at the start: 1-pixel points
 constexpr double kMinTexScale = 1e-7;
+constexpr int kPlacementBlock = 2048;  // stars placed before their points are handed on
 
 // Points of one size are drawn together. A star of the open batch's size is drawn at once;
 // others wait in their bucket; a full bucket is drawn in place and its size becomes the
@@ -144,14 +146,65 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     float rgba[4];
 
     if (!(renderFlags & kStarTextured)) {
+        // First every star is placed and classified with as few branches as can be (stars
+        // come in no order of direction or brightness, so branches on them are mostly guessed
+        // wrong); the visible ones are kept in order in drawSlots. Then they are coloured and
+        // batched, farthest first as always.
+        const bool selections = param.sptypeOn || param.absmagRangeOn;
+        const bool vmagOn = param.vmagRangeOn != 0;
+        const float vmagLow = static_cast<float>(param.vmagRangeMin);
+        const float vmagHigh = static_cast<float>(param.vmagRangeMax);
+        const double k = frame.cacheToDrawing;
+        const Vec3 eye = frame.eyeDrawing, dir = frame.viewDir;
+        StarDrawSlot* slots = drawSlots;
         PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
-        for (int i = last; i >= first; --i) {
-            double vertex[3];
-            if (!placePoint(i, vertex)) continue;
-            const StarSizeClass cls = classifier.classify(stars[i].appMag);
-            if (!cls.visible) continue;
-            colourOf(i, cls.coverage, rgba);
-            batcher.add(cls.bucket, vertex, rgba);
+        // A block of stars at a time, so that the points of one block are on their way to
+        // the renderer while the next block is worked out.
+        for (int blockEnd = last; blockEnd >= first; blockEnd -= kPlacementBlock) {
+            const int blockStart = std::max(first, blockEnd - kPlacementBlock + 1);
+            int kept = 0;
+            for (int i = blockEnd; i >= blockStart; --i) {
+                if (selections &&
+                    (!passesSptypeSelection(stars[i]) || !passesAbsMagSelection(stars[i]))) {
+                    continue;
+                }
+                const StarDrawCache& c = cache[i];
+                const double px = c.pos[0] * k - eye.x;
+                const double py = c.pos[1] * k - eye.y;
+                const double pz = c.pos[2] * k - eye.z;
+                const bool inFront = px * dir.x + py * dir.y + pz * dir.z >= 0.0;
+                const double len2 = px * px + py * py + pz * pz;
+                // log10 of the distance in drawing units; a star at the eye gets minus infinity.
+                const double depth = 0.5 * std::log10(len2);
+                const float m = static_cast<float>(c.absMag + 5.0 * depth + magnitudeShift);
+                float& appMag = stars[i].appMag;
+                appMag = inFront ? m : appMag;
+                StarDrawSlot& slot = slots[kept];
+                if (depth > kDepthCompressStart) {
+                    const double r =
+                        std::pow(10.0, (depth - kDepthCompressStart) / kDepthCompressFactor +
+                                           kDepthCompressStart);
+                    const double f = r / std::sqrt(len2);
+                    slot.vertex[0] = px * f;
+                    slot.vertex[1] = py * f;
+                    slot.vertex[2] = pz * f;
+                } else {
+                    slot.vertex[0] = px;
+                    slot.vertex[1] = py;
+                    slot.vertex[2] = pz;
+                }
+                const std::uint32_t cls = classifier.classifyPacked(m);
+                slot.index = i;
+                slot.packedClass = cls;
+                const bool inRange = !vmagOn || (vmagLow <= m && m <= vmagHigh);
+                kept += static_cast<int>(inFront & inRange & (cls != 0u));
+            }
+            for (int n = 0; n < kept; ++n) {
+                const StarDrawSlot& slot = slots[n];
+                const StarSizeClass cls = StarSizeClassifier::unpack(slot.packedClass);
+                colourOf(slot.index, cls.coverage, rgba);
+                batcher.add(cls.bucket, slot.vertex, rgba);
+            }
         }
         batcher.finish();
         return;

@@ -10,7 +10,9 @@
 
 void StarList::releaseDrawCaches() {
     if (drawCache != nullptr) release(drawCache);
+    if (drawSlots != nullptr) release(drawSlots);
     drawCache = nullptr;
+    drawSlots = nullptr;
     drawCacheCount = 0;
     cartesianEpoch = 0;
     colourCacheEpoch = 0;
@@ -19,10 +21,12 @@ void StarList::releaseDrawCaches() {
 
 bool StarList::refreshDrawCaches(int renderFlags) {
     if (count <= 0) return true;
-    if (drawCacheCount != count || drawCache == nullptr) {
+    if (drawCacheCount != count || drawCache == nullptr || drawSlots == nullptr) {
         releaseDrawCaches();
         drawCache = allocateRecords<StarDrawCache>(static_cast<std::size_t>(count));
-        if (drawCache == nullptr) {
+        drawSlots = allocateRecords<StarDrawSlot>(static_cast<std::size_t>(count) + 1);
+        if (drawCache == nullptr || drawSlots == nullptr) {
+            releaseDrawCaches();
             std::fprintf(stderr, "Err : allocating memory for drawing the stars!\n\n");
             return false;
         }
