@@ -25,6 +25,7 @@
 #include "scene/picking.h"
 #include "scene/scene_objects.h"
 #include "scene/scene_settings.h"
+#include "scene/star_names.h"
 #include "scene/star_velocity.h"
 #include "wim/wim_windows.h"
 
@@ -179,7 +180,8 @@ bool starListAction(int number) {
             return true;
         case 18:
             stars->setStarAtYear(s.starAtYear);
-            if (pickState.starPicked || !pickState.texts.hdNumber.empty())
+            // The picked star again, where it is in that year (the Sun, HD 0, stays put).
+            if (parseWholeNumber(pickState.texts.hdNumber.c_str()).value_or(0) > 0)
                 findStar(pickState.texts.hdNumber.c_str(), kFindByHD);
             stars->setLabelScale(s.labelSize);
             return true;

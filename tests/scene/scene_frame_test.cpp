@@ -47,7 +47,13 @@ class SceneFrame : public ::testing::Test {
         testing::internal::GetCapturedStdout();
         testing::internal::GetCapturedStderr();
     }
-    static void TearDownTestSuite() { quitScene(); }
+    static void TearDownTestSuite() {
+        quitScene();
+        if (!tree_.root.empty()) {
+            std::filesystem::current_path(tree_.root + "/..");
+            removeDir(tree_.root);
+        }
+    }
 
     void SetUp() override {
         SKYRAMA_REQUIRE_WINDOW(kSize, kSize);

@@ -58,7 +58,10 @@ class RunningScene : public ::testing::Test {
     void TearDown() override {
         if (program_) {
             EXPECT_TRUE(program_->running()) << "the program ended: " << program_->err();
+            EXPECT_EQ(std::string::npos, program_->err().find("runtime error")) << program_->err();
         }
+        program_.reset();
+        if (!dir_.empty()) removeDir(dir_);
     }
 
     void keys(const std::vector<std::string>& names) {

@@ -170,6 +170,11 @@ std::string freshDir(const std::string& name) {
     return dir.string();
 }
 
+void removeDir(const std::string& dir) {
+    std::error_code error;
+    std::filesystem::remove_all(dir, error);
+}
+
 void writeFile(const std::string& path, const std::string& content) {
     std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream out(path, std::ios::binary);

@@ -56,6 +56,8 @@ void holdDisplay();
 bool haveProgram(const char* name);
 void sleepSeconds(double seconds);
 std::string freshDir(const std::string& name);
+// Removes a folder made by freshDir with everything in it.
+void removeDir(const std::string& dir);
 void writeFile(const std::string& path, const std::string& content);
 std::string readFile(const std::string& path);
 

@@ -20,6 +20,15 @@ class SceneStart : public ::testing::Test {
         if (!haveDisplay()) GTEST_SKIP() << "no display";
         holdDisplay();
     }
+    void TearDown() override {
+        if (!dir_.empty()) removeDir(dir_);
+    }
+
+    // A fresh folder for this test, removed when it ends.
+    std::string scratch(const std::string& name) {
+        dir_ = freshDir(name);
+        return dir_;
+    }
 
     // The movie of the tree dumped to frames in the working folder.
     Finished dump(const std::string& workingDir, const std::vector<EnvChange>& env,
@@ -29,16 +38,20 @@ class SceneStart : public ::testing::Test {
         l.args.insert(l.args.end(), starFiles.begin(), starFiles.end());
         l.workingDir = workingDir;
         l.env = env;
-        return runToEnd(l);
+        Finished f = runToEnd(l);
+        EXPECT_EQ(std::string::npos, f.err.find("Sanitizer")) << f.err;
+        EXPECT_EQ(std::string::npos, f.err.find("runtime error")) << f.err;
+        return f;
     }
 
     SceneTree tree_;
+    std::string dir_;
 };
 
 }  // namespace
 
 TEST_F(SceneStart, WithoutStarFilesItStopsBeforeReadingAnything) {
-    const std::string dir = freshDir("start_nostars");
+    const std::string dir = scratch("start_nostars");
     tree_ = writeSceneTree(dir, "nostars.star");
     const Finished f = dump(dir, {{"TOPDIR", dir}}, {});
     EXPECT_EQ(1, f.exitCode);
@@ -50,7 +63,7 @@ TEST_F(SceneStart, WithoutStarFilesItStopsBeforeReadingAnything) {
 }
 
 TEST_F(SceneStart, FilesOnlyUnderTopdirAreFoundThereQuietly) {
-    const std::string dir = freshDir("start_topdir");
+    const std::string dir = scratch("start_topdir");
     tree_ = writeSceneTree(dir + "/tree", "topdir.star");
     const std::string run = dir + "/elsewhere";
     std::filesystem::create_directories(run);
@@ -71,7 +84,7 @@ TEST_F(SceneStart, FilesOnlyUnderTopdirAreFoundThereQuietly) {
 }
 
 TEST_F(SceneStart, TwoFoldersBelowTheTreeEverythingIsFoundWithoutTopdir) {
-    const std::string dir = freshDir("start_updir");
+    const std::string dir = scratch("start_updir");
     tree_ = writeSceneTree(dir, "updir.star", 3);
     const std::string run = dir + "/a/b";
     std::filesystem::create_directories(run);
@@ -86,7 +99,7 @@ TEST_F(SceneStart, TwoFoldersBelowTheTreeEverythingIsFoundWithoutTopdir) {
 }
 
 TEST_F(SceneStart, FromTheTreeItselfTheRelativePathsWorkAndSaySo) {
-    const std::string dir = freshDir("start_here");
+    const std::string dir = scratch("start_here");
     tree_ = writeSceneTree(dir, "here.star");
     const Finished f = dump(dir, {{"TOPDIR", "/nonexistent"}}, {tree_.starFile});
     EXPECT_EQ(1, f.exitCode) << f.err;
@@ -97,7 +110,7 @@ TEST_F(SceneStart, FromTheTreeItselfTheRelativePathsWorkAndSaySo) {
 }
 
 TEST_F(SceneStart, AMissingParameterFileNamesBothPlacesAndStops) {
-    const std::string dir = freshDir("start_noparam");
+    const std::string dir = scratch("start_noparam");
     tree_ = writeSceneTree(dir, "noparam.star");
     std::filesystem::remove(dir + "/data/stardata/skyrama.txt");
     const Finished f = dump(dir, {{"TOPDIR", dir}}, {tree_.starFile});
@@ -109,7 +122,7 @@ TEST_F(SceneStart, AMissingParameterFileNamesBothPlacesAndStops) {
 }
 
 TEST_F(SceneStart, BrokenDataSaysWhatIsWrongAndNeverCrashes) {
-    const std::string dir = freshDir("start_broken");
+    const std::string dir = scratch("start_broken");
     tree_ = writeSceneTree(dir, "broken.star");
     writeFile(dir + "/data/stardata/broken.star", "NUM_STARS 2000000000\nSIZE 1 16.4894\n1 2\n");
     Finished f = dump(dir, {{"TOPDIR", dir}}, {tree_.starFile});

@@ -68,10 +68,10 @@ SceneTree writeSceneTree(const std::string& root, const std::string& starFileNam
     writeFile(root + "/data/prtdata/SolarSystem/sun.prt", kSun);
     writeFile(t.script, script());
     if (ephemerisRecords > 0) {
-        solartest::TestEphemerisSpec spec;
-        spec.records = ephemerisRecords;
+        solartest::TestEphemerisSpec layout;
+        layout.records = ephemerisRecords;
         writeFile(root + "/data/ephemerisdata/.keep", "");
-        solartest::writeTestEphemeris(root + "/data/ephemerisdata/binp_all.405", spec);
+        solartest::writeTestEphemeris(root + "/data/ephemerisdata/binp_all.405", layout);
     }
     return t;
 }
