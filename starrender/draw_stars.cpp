@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "catalogue/star_list.h"
 #include "starrender/star_draw_sink.h"
@@ -14,25 +15,25 @@ namespace {
 
 class GlStarSink : public StarDrawSink {
   public:
-    GlStarSink(unsigned texture) : texture_(texture) {}
+    explicit GlStarSink(unsigned texture) : texture_(texture) { staged_.reserve(kDrawEvery); }
 
-    void beginPoints(float pointSize) override {
-        glPointSize(pointSize);
-        glBegin(GL_POINTS);
-    }
+    // Points of one size are gathered and drawn as vertex arrays: a piece at a time, each
+    // handed to the renderer at once, so that it draws while the remaining stars are still
+    // being worked out.
+    void beginPoints(float pointSize) override { glPointSize(pointSize); }
     void point(const double vertex[3], const float rgba[4]) override {
-        glColor4fv(rgba);
-        glVertex3dv(vertex);
-        // Hand what is there to the renderer now and then, so that it draws while the
-        // remaining stars are still being worked out (the batch goes on at the same size).
-        if (++pending_ == kFlushEvery) {
-            glEnd();
-            glFlush();
-            glBegin(GL_POINTS);
-            pending_ = 0;
-        }
+        StagedPoint e;
+        e.pos[0] = static_cast<float>(vertex[0]);
+        e.pos[1] = static_cast<float>(vertex[1]);
+        e.pos[2] = static_cast<float>(vertex[2]);
+        e.rgba[0] = rgba[0];
+        e.rgba[1] = rgba[1];
+        e.rgba[2] = rgba[2];
+        e.rgba[3] = rgba[3];
+        staged_.push_back(e);
+        if (staged_.size() == kDrawEvery) drawStaged();
     }
-    void endPoints() override { glEnd(); }
+    void endPoints() override { drawStaged(); }
 
     void beginSprites() override {
         glEnable(GL_TEXTURE_2D);
@@ -65,9 +66,29 @@ class GlStarSink : public StarDrawSink {
     }
 
   private:
-    static constexpr int kFlushEvery = 4096;  // points
+    static constexpr std::size_t kDrawEvery = 4096;  // points
+
+    void drawStaged() {
+        if (staged_.empty()) return;
+        const GLsizei stride = sizeof(StagedPoint);
+        glVertexPointer(3, GL_FLOAT, stride, staged_.data()->pos);
+        glColorPointer(4, GL_FLOAT, stride, staged_.data()->rgba);
+        glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(staged_.size()));
+        unflushed_ += staged_.size();
+        if (unflushed_ >= kDrawEvery) {
+            glFlush();
+            unflushed_ = 0;
+        }
+        staged_.clear();
+    }
+
     unsigned texture_;
-    int pending_ = 0;
+    std::size_t unflushed_ = 0;
+    struct StagedPoint {
+        float pos[3];
+        float rgba[4];
+    };
+    std::vector<StagedPoint> staged_;
 };
 
 }  // namespace
@@ -109,8 +130,14 @@ void StarList::drawStars(double currLogScale, int renderFlags, int viewportWidth
     }
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
 
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_COLOR_ARRAY);
+    glDisableClientState(GL_NORMAL_ARRAY);
+    glDisableClientState(GL_TEXTURE_COORD_ARRAY);
     GlStarSink sink(textureName);
     drawStarsInto(frame, renderFlags, sink);
+    glPopClientAttrib();
 
     glPopAttrib();
     glMatrixMode(GL_MODELVIEW);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kFirstBucket = 2;  // the batch that is open at the start: 1-pixel points
 constexpr double kMinTexScale = 1e-7;
-constexpr int kPlacementBlock = 2048;  // stars placed before their points are handed on
+constexpr int kPlacementBlock = 512;  // stars placed before their points are handed on
 
 // Points of one size are drawn together. A star of the open batch's size is drawn at once;
 // others wait in their bucket; a full bucket is drawn in place and its size becomes the
@@ -162,23 +162,34 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         // the renderer while the next block is worked out.
         for (int blockEnd = last; blockEnd >= first; blockEnd -= kPlacementBlock) {
             const int blockStart = std::max(first, blockEnd - kPlacementBlock + 1);
-            int kept = 0;
+            // Stars in front of the eye first (most views leave half the sky behind), then
+            // their magnitudes and classes; each pass keeps its survivors in order.
+            int inFront = 0;
             for (int i = blockEnd; i >= blockStart; --i) {
                 if (selections &&
                     (!passesSptypeSelection(stars[i]) || !passesAbsMagSelection(stars[i]))) {
                     continue;
                 }
                 const StarDrawCache& c = cache[i];
-                const double px = c.pos[0] * k - eye.x;
-                const double py = c.pos[1] * k - eye.y;
-                const double pz = c.pos[2] * k - eye.z;
-                const bool inFront = px * dir.x + py * dir.y + pz * dir.z >= 0.0;
+                StarDrawSlot& slot = slots[inFront];
+                slot.vertex[0] = c.pos[0] * k - eye.x;
+                slot.vertex[1] = c.pos[1] * k - eye.y;
+                slot.vertex[2] = c.pos[2] * k - eye.z;
+                slot.index = i;
+                inFront += static_cast<int>(slot.vertex[0] * dir.x + slot.vertex[1] * dir.y +
+                                                slot.vertex[2] * dir.z >=
+                                            0.0);
+            }
+            int kept = 0;
+            for (int n = 0; n < inFront; ++n) {
+                const StarDrawSlot in = slots[n];
+                const int i = in.index;
+                const double px = in.vertex[0], py = in.vertex[1], pz = in.vertex[2];
                 const double len2 = px * px + py * py + pz * pz;
                 // log10 of the distance in drawing units; a star at the eye gets minus infinity.
                 const double depth = 0.5 * std::log10(len2);
-                const float m = static_cast<float>(c.absMag + 5.0 * depth + magnitudeShift);
-                float& appMag = stars[i].appMag;
-                appMag = inFront ? m : appMag;
+                const float m = static_cast<float>(cache[i].absMag + 5.0 * depth + magnitudeShift);
+                stars[i].appMag = m;
                 StarDrawSlot& slot = slots[kept];
                 if (depth > kDepthCompressStart) {
                     const double r =
@@ -197,7 +208,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
                 slot.index = i;
                 slot.packedClass = cls;
                 const bool inRange = !vmagOn || (vmagLow <= m && m <= vmagHigh);
-                kept += static_cast<int>(inFront & inRange & (cls != 0u));
+                kept += static_cast<int>(inRange & (cls != 0u));
             }
             for (int n = 0; n < kept; ++n) {
                 const StarDrawSlot& slot = slots[n];

@@ -51,8 +51,9 @@ void setUpView() {
     glEnable(GL_DEPTH_TEST);
 }
 
-// The bare program: the recorded points, size by size, in the state drawStars uses.
-void drawBare(const RecordingSink& points) {
+// The bare program: the recorded points, size by size, in the state drawStars uses; with
+// flushEvery > 0 it also hands the renderer each so many points, as drawStars does.
+void drawBare(const RecordingSink& points, int flushEvery) {
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glEnable(GL_POINT_SMOOTH);
     glHint(GL_POINT_SMOOTH_HINT, GL_NICEST);
@@ -60,15 +61,44 @@ void drawBare(const RecordingSink& points) {
     glDisable(GL_TEXTURE_2D);
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    int pending = 0;
     for (const auto& [size, list] : points.bySize) {
         glPointSize(size);
         glBegin(GL_POINTS);
         for (const Point& p : list) {
             glColor4fv(p.rgba);
             glVertex3dv(p.v);
+            if (flushEvery > 0 && ++pending == flushEvery) {
+                glEnd();
+                glFlush();
+                glBegin(GL_POINTS);
+                pending = 0;
+            }
         }
         glEnd();
     }
+    glPopAttrib();
+}
+
+// The bare program with vertex arrays: one draw per point size.
+void drawBareArrays(const RecordingSink& points) {
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glEnable(GL_POINT_SMOOTH);
+    glHint(GL_POINT_SMOOTH_HINT, GL_NICEST);
+    glDisable(GL_LIGHTING);
+    glDisable(GL_TEXTURE_2D);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_COLOR_ARRAY);
+    for (const auto& [size, list] : points.bySize) {
+        glPointSize(size);
+        glVertexPointer(3, GL_DOUBLE, sizeof(Point), list.data()->v);
+        glColorPointer(4, GL_FLOAT, sizeof(Point), list.data()->rgba);
+        glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(list.size()));
+    }
+    glPopClientAttrib();
     glPopAttrib();
 }
 
@@ -100,7 +130,7 @@ void BM_StarFrameAgainstBarePoints(benchmark::State& state) {
     }
     Scene& s = scene();
     setUpView();
-    double starTime = 0.0, bareTime = 0.0;
+    double starTime = 0.0, bareTime = 0.0, flushedTime = 0.0, arraysTime = 0.0;
     for (auto _ : state) {
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         glFinish();
@@ -111,17 +141,37 @@ void BM_StarFrameAgainstBarePoints(benchmark::State& state) {
         glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         glFinish();
         const auto t2 = std::chrono::steady_clock::now();
-        drawBare(s.points);
+        drawBare(s.points, 0);
         glFinish();
         const auto t3 = std::chrono::steady_clock::now();
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glFinish();
+        const auto t4 = std::chrono::steady_clock::now();
+        drawBare(s.points, 4096);
+        glFinish();
+        const auto t5 = std::chrono::steady_clock::now();
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glFinish();
+        const auto t6 = std::chrono::steady_clock::now();
+        drawBareArrays(s.points);
+        glFinish();
+        const auto t7 = std::chrono::steady_clock::now();
+        arraysTime += seconds(t6, t7);
         starTime += seconds(t0, t1);
         bareTime += seconds(t2, t3);
+        flushedTime += seconds(t4, t5);
         state.SetIterationTime(seconds(t0, t1));
     }
     const double n = static_cast<double>(state.iterations());
     state.counters["star_frame_ms"] = starTime / n * 1e3;
     state.counters["bare_points_ms"] = bareTime / n * 1e3;
     state.counters["ratio"] = starTime / bareTime;
+    // The bare program handing its points over in the same pieces as drawStars does.
+    state.counters["bare_flushed_ms"] = flushedTime / n * 1e3;
+    state.counters["ratio_flushed"] = starTime / flushedTime;
+    // The bare program drawing each size's points with one vertex-array call.
+    state.counters["bare_arrays_ms"] = arraysTime / n * 1e3;
+    state.counters["ratio_arrays"] = starTime / arraysTime;
     state.counters["points"] = static_cast<double>(s.numPoints());
     state.counters["stars"] = s.list->getNumRecords();
 }
