@@ -93,18 +93,6 @@ TEST(ClassifyStarSize, VeryBrightStarsGoToBucket32FullyCovered) {
     EXPECT_EQ(c.coverage, 255);
 }
 
-TEST(ClassifyStarSize, Tables) {
-    EXPECT_EQ(starSqrtTable()[0], 1);
-    EXPECT_EQ(starSqrtTable()[3], 2);
-    EXPECT_EQ(starSqrtTable()[4], 3);
-    EXPECT_EQ(starSqrtTable()[4095], 64);
-    EXPECT_EQ(coverageFactorTable()[0], 1.0f);
-    EXPECT_FLOAT_EQ(coverageFactorTable()[4], 1.0f / 16);
-    EXPECT_EQ(alphaGammaTable()[0], 0);
-    EXPECT_EQ(alphaGammaTable()[255], 255);
-    EXPECT_FLOAT_EQ(coverageAlpha(255), 252.0f / 255.0f);
-}
-
 TEST(DistanceColour, WhiteNearbyRedAtTheFarEnd) {
     float c[4];
     distanceColour(5.0, c);
