@@ -13,7 +13,7 @@ constexpr int kNoCallback = INT_MIN;
 namespace panelui {
 
 // Width of the label column in front of spinners and fields.
-constexpr float kLabelWidth = 122.0f;
+constexpr float kLabelWidth = 152.0f;
 
 bool checkBox(const char* label, bool* value, int number = kNoCallback, bool centred = false);
 // Spinner speeds are per-pixel rates relative to the limits: speed x (max - min) / 500, at

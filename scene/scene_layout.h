@@ -6,7 +6,7 @@
 // resolution. With -fullscreen the panel opens as a window of its own.
 
 // Width of the panel column in pixels.
-constexpr int kPanelColumnWidth = 270;
+constexpr int kPanelColumnWidth = 290;
 
 // Decides panelEmbedded and asks for the main window's size.
 void chooseSceneLayout();
