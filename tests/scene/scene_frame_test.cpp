@@ -4,13 +4,16 @@
 
 #include <gtest/gtest.h>
 
+#include <GL/freeglut.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <string>
 
 #include "framework/framework_state.h"
+#include "framework/scene_registry.h"
 #include "framework/view_control.h"
 #include "scene/control_panel.h"
 #include "scene/examine_windows.h"
@@ -18,6 +21,7 @@
 #include "scene/pick_state.h"
 #include "scene/picking.h"
 #include "scene/scene.h"
+#include "scene/scene_mouse.h"
 #include "scene/scene_objects.h"
 #include "scene/scene_settings.h"
 #include "scene/star_velocity.h"
@@ -59,6 +63,7 @@ class SceneFrame : public ::testing::Test {
         SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
         ASSERT_TRUE(ready_);
         glViewport(0, 0, kSize, kSize);
+        mainWindow = glutGetWindow();
         winWidth = winHeight = kSize;
         panelEmbedded = false;
         sceneSettings = SceneSettings{};
@@ -218,6 +223,63 @@ TEST_F(SceneFrame, ALockedViewKeepsItsFieldOfViewAndFixedAspectFollowsTheWindow)
     EXPECT_DOUBLE_EQ(2.0, aspect);
     EXPECT_FLOAT_EQ(2.0f, panelState.aspect);
     EXPECT_TRUE(aspectFollowsWindow);
+}
+
+TEST_F(SceneFrame, LookAtStarTurnsTheViewOntoThePickedStar) {
+    lookAlongX(17.0);
+    ASSERT_TRUE(findStar("1002", kFindByHD));  // Beta Testi: along +y, out of the view
+    sceneSettings.lockView = true;
+    testing::internal::CaptureStderr();
+    lookAtPickedStar();
+    EXPECT_EQ("Screen locked.\n", testing::internal::GetCapturedStderr());
+    EXPECT_FALSE(spinActive());
+
+    sceneSettings.lockView = false;
+    lookAtPickedStar();
+    ASSERT_TRUE(spinActive());
+    for (int i = 0; i < 400 && spinActive(); ++i) {
+        sleepSeconds(0.01);
+        continueSpin();
+    }
+    EXPECT_FALSE(spinActive());  // the turn ends by itself after about 1.5 s
+    // From the eye, one unit out on -x, the star lies at (1, 10^0.4894, 0) units.
+    const Vec3 expected = normalized(Vec3{1.0, std::pow(10.0, 17.4894 - 17.0), 0.0});
+    const View v = currentView();
+    EXPECT_NEAR(expected.x, v.viewDir.x, 1e-3);
+    EXPECT_NEAR(expected.y, v.viewDir.y, 1e-3);
+    EXPECT_NEAR(0.0, v.viewDir.z, 1e-3);
+}
+
+TEST_F(SceneFrame, ShiftDragsTurnAboutThePickedStarAndALockedViewTakesNone) {
+    lookAlongX(17.0);
+    ASSERT_TRUE(findStar("1001", kFindByHD));  // straight ahead, 4.09 units from the eye
+    setEventModifiers(GLUT_ACTIVE_SHIFT);
+    sceneMouse(GLUT_LEFT_BUTTON, GLUT_DOWN, 50, 50);
+    EXPECT_EQ(1, sceneMotion(60, 50));  // a roll of 10 x 0.5 x 0.3 = 1.5 degrees
+    sceneMouse(GLUT_LEFT_BUTTON, GLUT_UP, 60, 50);
+    View v = currentView();
+    EXPECT_NEAR(1.0, v.viewDir.x, 1e-9);  // the star stays in the middle
+    EXPECT_NEAR(1.5, std::acos(v.viewUp.z) * 180.0 / M_PI, 1e-3);
+
+    sceneMouse(GLUT_MIDDLE_BUTTON, GLUT_DOWN, 50, 50);
+    EXPECT_EQ(1, sceneMotion(50, 70));  // orbit the star by 10 degrees
+    sceneMouse(GLUT_MIDDLE_BUTTON, GLUT_UP, 50, 70);
+    v = currentView();
+    const Vec3 star = phcToDrawing(pickState.pickedStar.pos, 17.0);
+    Phc eye = v.viewPos;
+    const Vec3 e = phcToDrawing(eye, 17.0);
+    EXPECT_NEAR(4.0861, length(star - e), 1e-3);  // still as far from the star
+    EXPECT_NEAR(10.0, angleBetween(v.viewDir, Vec3{1.0, 0.0, 0.0}) * 180.0 / M_PI, 1e-3);
+
+    sceneSettings.lockView = true;
+    setEventModifiers(0);
+    double before[16], after[16];
+    glGetDoublev(GL_MODELVIEW_MATRIX, before);
+    sceneMouse(GLUT_LEFT_BUTTON, GLUT_DOWN, 50, 50);
+    EXPECT_EQ(1, sceneMotion(80, 90));  // consumed: the framework does not turn the view
+    sceneMouse(GLUT_LEFT_BUTTON, GLUT_UP, 80, 90);
+    glGetDoublev(GL_MODELVIEW_MATRIX, after);
+    EXPECT_TRUE(std::equal(before, before + 16, after));
 }
 
 TEST_F(SceneFrame, ExamineWindowsThroughThePanel) {
