@@ -35,13 +35,17 @@ struct StarDrawCache {
     float rgb[3];
 };
 
-// A star placed in the current frame: its drawn vertex, its record and its packed size class
-// (visible << 16 | bucket << 8 | coverage).
+// A star placed in the current frame: its drawn vertex, log10 of its distance from the eye in
+// drawing units, its record and its packed size class (visible << 16 | bucket << 8 | coverage).
 struct StarDrawSlot {
     double vertex[3];
+    double depth;
     std::int32_t index;
     std::uint32_t packedClass;
 };
+
+// Stars placed by drawing before their points are handed on.
+constexpr int kDrawSlotBlock = 2048;
 
 // A point waiting in a point-size bucket: eye-relative vertex and colour.
 struct StarBucketEntry {
@@ -328,8 +332,9 @@ class StarList {
     // Per-star values that drawing needs every frame but that change only with the stars'
     // positions or colour settings, made again when their epoch falls behind.
     StarDrawCache* drawCache = nullptr;  // one per record
-    StarDrawSlot* drawSlots = nullptr;   // one per record and one more: the frame's placed stars
-    std::int32_t drawCacheCount = 0;     // records the caches were made for
+    // The frame's placed stars: one per record and one more, then a block's worth.
+    StarDrawSlot* drawSlots = nullptr;
+    std::int32_t drawCacheCount = 0;  // records the caches were made for
     std::uint32_t positionEpoch = 1, cartesianEpoch = 0;
     std::uint32_t colourEpoch = 1, colourCacheEpoch = 0;
     std::int32_t colourCacheFlags = -1;

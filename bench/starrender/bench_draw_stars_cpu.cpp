@@ -51,6 +51,7 @@ void runDraw(benchmark::State& state, StarList& list, int flags) {
         stars * state.iterations(), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
     state.counters["drawn"] = static_cast<double>(sink.points) / state.iterations();
     state.counters["batches"] = static_cast<double>(sink.batches) / state.iterations();
+    state.counters["sprites"] = static_cast<double>(sink.sprites) / state.iterations();
 }
 
 // Stars all around the Sun: about half are behind the camera.
@@ -70,10 +71,18 @@ void BM_DrawStarsCpuTextured(benchmark::State& state) {
     runDraw(state, list, kSceneStarFlags | kStarTextured);
 }
 
-// The Hipparcos catalogue seen from the Sun.
-void BM_DrawStarsCpuCatalogue(benchmark::State& state) {
+// The Hipparcos catalogue seen from the Sun, as points and textured as the scene draws it by
+// default.
+StarList& catalogueList() {
     static std::unique_ptr<StarList> list = makeCatalogueStarList();
-    runDraw(state, *list, kSceneStarFlags);
+    return *list;
+}
+void BM_DrawStarsCpuCatalogue(benchmark::State& state) {
+    runDraw(state, catalogueList(), kSceneStarFlags);
+}
+void BM_DrawStarsCpuCatalogueTextured(benchmark::State& state) {
+    catalogueList().setStarTextureGauss(0.2f, 1.0f);
+    runDraw(state, catalogueList(), kSceneStarFlags | kStarTextured);
 }
 
 }  // namespace
@@ -82,4 +91,5 @@ BENCHMARK(BM_DrawStarsCpu)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisec
 BENCHMARK(BM_DrawStarsCpuAllInView)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DrawStarsCpuTextured)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DrawStarsCpuCatalogue)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_DrawStarsCpuCatalogueTextured)->Unit(benchmark::kMillisecond);
 BENCHMARK_MAIN();
