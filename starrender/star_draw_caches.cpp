@@ -24,7 +24,8 @@ bool StarList::refreshDrawCaches(int renderFlags) {
     if (drawCacheCount != count || drawCache == nullptr || drawSlots == nullptr) {
         releaseDrawCaches();
         drawCache = allocateRecords<StarDrawCache>(static_cast<std::size_t>(count));
-        drawSlots = allocateRecords<StarDrawSlot>(static_cast<std::size_t>(count) + 1 + kDrawSlotBlock);
+        drawSlots =
+            allocateRecords<StarDrawSlot>(static_cast<std::size_t>(count) + 1 + kDrawSlotBlock);
         if (drawCache == nullptr || drawSlots == nullptr) {
             releaseDrawCaches();
             std::fprintf(stderr, "Err : allocating memory for drawing the stars!\n\n");
