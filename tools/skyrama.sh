@@ -52,7 +52,10 @@ build() {
 data() {
     local dir
     dir=$(builddir plain)
-    if cmake --build "$dir" --target help 2>/dev/null | grep -q '\bdata\b'; then
+    local targets
+    targets=$(cmake --build "$dir" --target help 2>/dev/null || true)
+    if grep -qw data <<<"$targets"; then
+        say "building the data tree (the first time fetches the source packages)"
         cmake --build "$dir" --target data
     fi
 }
