@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -176,11 +177,76 @@ bool panelInputBlocked(const HostWindow& w) {
     return &w == &panelHost && modalBoxOpen();
 }
 
+// The modifier keys, each with its GLUT_ACTIVE_* bit and its left and right special keys.
+struct ModifierKey {
+    int bit, left, right;
+};
+constexpr ModifierKey kModifierKeys[] = {
+    {GLUT_ACTIVE_SHIFT, GLUT_KEY_SHIFT_L, GLUT_KEY_SHIFT_R},
+    {GLUT_ACTIVE_CTRL, GLUT_KEY_CTRL_L, GLUT_KEY_CTRL_R},
+    {GLUT_ACTIVE_ALT, GLUT_KEY_ALT_L, GLUT_KEY_ALT_R},
+    {GLUT_ACTIVE_SUPER, GLUT_KEY_SUPER_L, GLUT_KEY_SUPER_R},
+};
+
+// The GLUT_ACTIVE_* bit of a modifier key, 0 for any other special key.
+int modifierBit(int specialKey) {
+    for (const ModifierKey& m : kModifierKeys) {
+        if (specialKey == m.left || specialKey == m.right) return m.bit;
+    }
+    return 0;
+}
+
+// Where the GLUT backend keeps a special key in ImGui's KeysDown.
+bool& specialKeyDown(ImGuiIO& io, int key) {
+    return io.KeysDown[256 + key];
+}
+
+// GLUT reports with an event the modifiers held before it: exact for a button or an ordinary
+// key, one step behind for a modifier key's own press and release (a released Shift still
+// shows). The modifier keys' down states in ImGui follow their own events; an exact report
+// brings the others into line (a modifier pressed or released while another window had the
+// keyboard).
+void matchModifierKeys(int reported, int ownBit) {
+    ImGuiIO& io = ImGui::GetIO();
+    for (const ModifierKey& m : kModifierKeys) {
+        if (m.bit == ownBit) continue;
+        const bool held = specialKeyDown(io, m.left) || specialKeyDown(io, m.right);
+        const bool wanted = (reported & m.bit) != 0;
+        if (wanted && !held) specialKeyDown(io, m.left) = true;
+        if (!wanted && held) specialKeyDown(io, m.left) = specialKeyDown(io, m.right) = false;
+    }
+}
+
+// Just before a new frame: Shift, Ctrl, Alt and Super as the frame sees their keys (the key
+// changes ImGui has been given so far, in the order the events came).
+void setModifiersFromKeys() {
+    ImGuiIO& io = ImGui::GetIO();
+    bool* const flags[] = {&io.KeyShift, &io.KeyCtrl, &io.KeyAlt, &io.KeySuper};
+    for (std::size_t i = 0; i < std::size(kModifierKeys); ++i) {
+        const ModifierKey& m = kModifierKeys[i];
+        *flags[i] = specialKeyDown(io, m.left) || specialKeyDown(io, m.right);
+    }
+}
+
+// A key or button going down or up: ImGui is fed (when feed is set) with the modifier keys
+// matched to GLUT's report, and the window's modifiers follow. ownBit is the modifier the
+// event's own key is (0 for other keys and buttons).
+template <class Feed>
+void feedKeyOrButton(HostWindow& w, bool down, int ownBit, bool feed, Feed&& feedBackend) {
+    const int reported = glutGetModifiers();
+    w.modifiers = down ? (reported | ownBit) : (reported & ~ownBit);
+    if (!feed) return;
+    feedImGui(w, [&] {
+        feedBackend();
+        matchModifierKeys(reported, ownBit);
+    });
+}
+
 void onKeyboard(unsigned char key, int x, int y) {
     HostWindow* w = hostOf(glutGetWindow());
     if (w == nullptr) return;
-    w->modifiers = glutGetModifiers();
-    if (!panelInputBlocked(*w)) feedImGui(*w, [&] { ImGui_ImplGLUT_KeyboardFunc(key, x, y); });
+    feedKeyOrButton(*w, true, 0, !panelInputBlocked(*w),
+                    [&] { ImGui_ImplGLUT_KeyboardFunc(key, x, y); });
     InputEvent e = makeEvent(InputKind::Keyboard, *w, x, y);
     e.key = key;
     queueEvent(*w, e);
@@ -189,15 +255,15 @@ void onKeyboard(unsigned char key, int x, int y) {
 void onKeyboardUp(unsigned char key, int x, int y) {
     HostWindow* w = hostOf(glutGetWindow());
     if (w == nullptr) return;
-    feedImGui(*w, [&] { ImGui_ImplGLUT_KeyboardUpFunc(key, x, y); });
+    feedKeyOrButton(*w, false, 0, true, [&] { ImGui_ImplGLUT_KeyboardUpFunc(key, x, y); });
     glutPostRedisplay();
 }
 
 void onSpecial(int key, int x, int y) {
     HostWindow* w = hostOf(glutGetWindow());
     if (w == nullptr) return;
-    w->modifiers = glutGetModifiers();
-    if (!panelInputBlocked(*w)) feedImGui(*w, [&] { ImGui_ImplGLUT_SpecialFunc(key, x, y); });
+    feedKeyOrButton(*w, true, modifierBit(key), !panelInputBlocked(*w),
+                    [&] { ImGui_ImplGLUT_SpecialFunc(key, x, y); });
     InputEvent e = makeEvent(InputKind::Special, *w, x, y);
     e.key = key;
     queueEvent(*w, e);
@@ -206,17 +272,16 @@ void onSpecial(int key, int x, int y) {
 void onSpecialUp(int key, int x, int y) {
     HostWindow* w = hostOf(glutGetWindow());
     if (w == nullptr) return;
-    feedImGui(*w, [&] { ImGui_ImplGLUT_SpecialUpFunc(key, x, y); });
+    feedKeyOrButton(*w, false, modifierBit(key), true,
+                    [&] { ImGui_ImplGLUT_SpecialUpFunc(key, x, y); });
     glutPostRedisplay();
 }
 
 void onMouse(int button, int state, int x, int y) {
     HostWindow* w = hostOf(glutGetWindow());
     if (w == nullptr) return;
-    w->modifiers = glutGetModifiers();
-    if (!panelInputBlocked(*w) || state == GLUT_UP) {
-        feedImGui(*w, [&] { ImGui_ImplGLUT_MouseFunc(button, state, x, y); });
-    }
+    feedKeyOrButton(*w, state == GLUT_DOWN, 0, !panelInputBlocked(*w) || state == GLUT_UP,
+                    [&] { ImGui_ImplGLUT_MouseFunc(button, state, x, y); });
     InputEvent e = makeEvent(InputKind::Mouse, *w, x, y);
     e.button = button;
     e.state = state;
@@ -230,18 +295,20 @@ void onMouseWheel(int wheel, int direction, int x, int y) {
     glutPostRedisplay();
 }
 
-void onMotion(int x, int y) {
+// Motion, with or without a button held: ImGui's pointer follows; the event is routed.
+void onPointerMove(InputKind kind, int x, int y) {
     HostWindow* w = hostOf(glutGetWindow());
     if (w == nullptr) return;
     feedImGui(*w, [&] { ImGui_ImplGLUT_MotionFunc(x, y); });
-    queueEvent(*w, makeEvent(InputKind::Motion, *w, x, y));
+    queueEvent(*w, makeEvent(kind, *w, x, y));
+}
+
+void onMotion(int x, int y) {
+    onPointerMove(InputKind::Motion, x, y);
 }
 
 void onPassiveMotion(int x, int y) {
-    HostWindow* w = hostOf(glutGetWindow());
-    if (w == nullptr) return;
-    feedImGui(*w, [&] { ImGui_ImplGLUT_MotionFunc(x, y); });
-    queueEvent(*w, makeEvent(InputKind::PassiveMotion, *w, x, y));
+    onPointerMove(InputKind::PassiveMotion, x, y);
 }
 
 void onMainReshape(int width, int height) {
@@ -386,6 +453,7 @@ void panelWindowDisplay() {
     frameActive = true;
     {
         ContextScope scope(panelHost.context);
+        setModifiersFromKeys();
         ImGui_ImplOpenGL2_NewFrame();
         ImGui_ImplGLUT_NewFrame();
         releaseHeldChanges(panelHost);
@@ -451,6 +519,7 @@ bool beginInterfaceFrame() {
     if (!hostReady || frameActive) return false;
     frameActive = true;
     ImGui::SetCurrentContext(mainHost.context);
+    setModifiersFromKeys();
     ImGui_ImplOpenGL2_NewFrame();
     ImGui_ImplGLUT_NewFrame();
     releaseHeldChanges(mainHost);

@@ -27,6 +27,8 @@ constexpr int kWidth = 400, kHeight = 300, kColumn = 200;
 std::vector<platform::InputEvent> sceneEvents;
 int buttonClicks = 0;
 char text[64] = "";
+float dragValue = 0.0f;
+int dragX = 0, dragY = 0;  // the middle of the drag field
 std::string windowName;
 
 void record(const platform::InputEvent& e) {
@@ -36,6 +38,10 @@ void record(const platform::InputEvent& e) {
 void buildPanel() {
     if (ImGui::Button("Press me", ImVec2(-1.0f, 40.0f))) ++buttonClicks;
     ImGui::InputText("##text", text, sizeof text);
+    ImGui::DragFloat("##drag", &dragValue);
+    const ImVec2 min = ImGui::GetItemRectMin(), max = ImGui::GetItemRectMax();
+    dragX = static_cast<int>((min.x + max.x) / 2);
+    dragY = static_cast<int>((min.y + max.y) / 2);
 }
 
 void display() {
@@ -170,6 +176,46 @@ TEST_F(PanelHost, KeysGoToAFocusedTextFieldElseToTheScene) {
     sceneEvents.clear();
     xdo("key Up");
     EXPECT_EQ(1, countKind(platform::InputKind::Special));
+}
+
+// A Ctrl-click turns the drag field into a text field, which then takes the keys; a plain
+// click leaves it a drag field. The release of a modifier key must not leave it held.
+TEST_F(PanelHost, ReleasedModifierKeysAreReleasedInThePanel) {
+    for (const char* modifier : {"shift", "ctrl", "alt"}) {
+        SCOPED_TRACE(modifier);
+        xdo(std::string("key ") + modifier);
+        const ImGuiIO& io = ImGui::GetIO();
+        EXPECT_FALSE(io.KeyShift || io.KeyCtrl || io.KeyAlt);
+        clickAt(300, 30);
+        EXPECT_EQ(1, buttonClicks);
+        buttonClicks = 0;
+        clickAt(dragX, dragY);
+        sceneEvents.clear();
+        xdo("key k");
+        EXPECT_EQ(1, countKind(platform::InputKind::Keyboard));
+        clickAt(50, 150);
+    }
+}
+
+TEST_F(PanelHost, HeldModifierKeysReachThePanelAndTheScene) {
+    const std::string win = "$(xdotool search --name '" + windowName + "' | head -1)";
+    xdo("mousemove --window " + win + " " + std::to_string(dragX) + " " + std::to_string(dragY) +
+        " keydown ctrl click 1 keyup ctrl");
+    sceneEvents.clear();
+    xdo("key k");
+    EXPECT_EQ(0, countKind(platform::InputKind::Keyboard));  // typed into the field
+    xdo("key Escape");
+    clickAt(50, 150);
+
+    sceneEvents.clear();
+    xdo("mousemove --window " + win + " 100 120 keydown shift click 1 keyup shift");
+    clickAt(100, 120);
+    std::vector<int> pressModifiers;
+    for (const auto& e : sceneEvents) {
+        if (e.kind == platform::InputKind::Mouse && e.state == GLUT_DOWN)
+            pressModifiers.push_back(e.modifiers);
+    }
+    EXPECT_EQ((std::vector<int>{GLUT_ACTIVE_SHIFT, 0}), pressModifiers);
 }
 
 TEST_F(PanelHost, TheModalQuestionHoldsInputUntilAnswered) {
