@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "tests/framework/process_helper.h"
+#include "tests/support/child_process.h"
 
 namespace {
 
-const std::string kProgram = SKYRAMA_BINARY_DIR "/skyrama";
+const std::string kProgram = testsupport::skyramaProgram();
 const std::string kScripts = SKYRAMA_SOURCE_DIR "/tests/framework/scripts/";
 
 std::string usage() {
@@ -35,16 +35,16 @@ std::string usage() {
            "\n";
 }
 
-fwtest::RunResult runWithoutDisplay(std::vector<std::string> words) {
+testsupport::RunResult runWithoutDisplay(std::vector<std::string> words) {
     words.insert(words.begin(), kProgram);
-    fwtest::RunOptions options;
+    testsupport::RunOptions options;
     options.withDisplay = false;
     options.timeoutSeconds = 30.0;
-    return fwtest::runProgram(words, options);
+    return testsupport::runProgram(words, options);
 }
 
 void expectRefused(const std::vector<std::string>& words, const std::string& err) {
-    const fwtest::RunResult r = runWithoutDisplay(words);
+    const testsupport::RunResult r = runWithoutDisplay(words);
     EXPECT_EQ(1, r.exitCode) << words.size();
     EXPECT_EQ(err, r.err);
     EXPECT_EQ("", r.out);
@@ -80,7 +80,7 @@ TEST(CommandLineErrors, ScriptThatCannotBeLoaded) {
     expectRefused(
         {"no-such-script.scp"},
         "Err : Can't open [no-such-script.scp]\nErr : in movie script [no-such-script.scp]!\n\n");
-    const fwtest::RunResult r = runWithoutDisplay({kScripts + "broken.scp", "a.star"});
+    const testsupport::RunResult r = runWithoutDisplay({kScripts + "broken.scp", "a.star"});
     EXPECT_EQ(1, r.exitCode);
     const std::string tail = "Err : in movie script [" + kScripts + "broken.scp]!\n\n";
     ASSERT_GE(r.err.size(), tail.size());
@@ -89,7 +89,7 @@ TEST(CommandLineErrors, ScriptThatCannotBeLoaded) {
 }
 
 TEST(CommandLineErrors, AWindowTooLargeToDrawIntoIsRefusedBeforeAnyWindow) {
-    const fwtest::RunResult r = runWithoutDisplay({kScripts + "too_wide.scp"});
+    const testsupport::RunResult r = runWithoutDisplay({kScripts + "too_wide.scp"});
     EXPECT_EQ(1, r.exitCode);
     const std::string tail = "Err : in movie script [" + kScripts + "too_wide.scp]!\n\n";
     ASSERT_GE(r.err.size(), tail.size());
@@ -97,7 +97,7 @@ TEST(CommandLineErrors, AWindowTooLargeToDrawIntoIsRefusedBeforeAnyWindow) {
 }
 
 TEST(CommandLineErrors, AGoodCommandLineWithoutADisplayStillEndsWithExitCodeOne) {
-    const fwtest::RunResult r = runWithoutDisplay({kScripts + "three_frames.scp"});
+    const testsupport::RunResult r = runWithoutDisplay({kScripts + "three_frames.scp"});
     EXPECT_EQ(1, r.exitCode);
     EXPECT_FALSE(r.timedOut);
 }

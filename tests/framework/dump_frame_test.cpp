@@ -8,21 +8,25 @@
 
 #include "framework/dumps.h"
 #include "framework/framework_state.h"
-#include "tests/framework/process_helper.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_files.h"
 
 namespace {
 
 class DumpFrame : public ::testing::Test {
   protected:
     void SetUp() override {
-        dir_ = fwtest::freshDir("dump_frame");
+        dir_ = testsupport::freshDir("dump_frame");
         winWidth = 4;
         winHeight = 2;
         gzipFrames = false;
         for (int i = 0; i < 24; ++i)
             image_.push_back(static_cast<unsigned char>(i * 10));
     }
-    void TearDown() override { gzipFrames = false; }
+    void TearDown() override {
+        gzipFrames = false;
+        testsupport::removeDir(dir_);
+    }
     std::string dir_;
     std::vector<unsigned char> image_;
 };
@@ -37,16 +41,16 @@ TEST_F(DumpFrame, WritesAPpmNamedByHeadAndNumber) {
     EXPECT_EQ(
         "write frame to [" + dir_ + "/out.0007.pnm]\nwrite frame to [" + dir_ + "/out.12345.pnm]\n",
         err);
-    const std::string file = fwtest::readFile(dir_ + "/out.0007.pnm");
+    const std::string file = testsupport::readFile(dir_ + "/out.0007.pnm");
     EXPECT_EQ(std::string("P6\n4 2\n255\n") + std::string(image_.begin(), image_.end()), file);
-    EXPECT_TRUE(fwtest::fileExists(dir_ + "/out.12345.pnm"));
+    EXPECT_TRUE(testsupport::fileExists(dir_ + "/out.12345.pnm"));
 }
 
 TEST_F(DumpFrame, AnEmptyHeadWritesNothing) {
     testing::internal::CaptureStderr();
     dumpFrame("", 0, image_.data());
     EXPECT_EQ("Err (dumpFrame): header is null.\n", testing::internal::GetCapturedStderr());
-    EXPECT_TRUE(fwtest::listDir(dir_).empty());
+    EXPECT_TRUE(testsupport::listDir(dir_).empty());
 }
 
 TEST_F(DumpFrame, AFrameThatCannotBeWrittenEndsTheProcess) {
@@ -56,14 +60,15 @@ TEST_F(DumpFrame, AFrameThatCannotBeWrittenEndsTheProcess) {
 }
 
 TEST_F(DumpFrame, GzipTakesTheNameAsOneWord) {
-    if (!fwtest::haveProgram("gzip")) GTEST_SKIP() << "no gzip";
+    if (!testsupport::haveProgram("gzip")) GTEST_SKIP() << "no gzip";
     gzipFrames = true;
     const std::string head = dir_ + "/my frame;touch pwned";
     testing::internal::CaptureStderr();
     dumpFrame(head, 100, image_.data());
     dumpFrame(head, 100, image_.data());  // again: the older .gz is replaced, nothing asked
     const std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(2, fwtest::countLines(err, "Run [gzip " + head + ".0100.pnm]"));
-    EXPECT_EQ(std::vector<std::string>{"my frame;touch pwned.0100.pnm.gz"}, fwtest::listDir(dir_));
-    EXPECT_FALSE(fwtest::fileExists("pwned"));
+    EXPECT_EQ(2, testsupport::countLines(err, "Run [gzip " + head + ".0100.pnm]"));
+    EXPECT_EQ(std::vector<std::string>{"my frame;touch pwned.0100.pnm.gz"},
+              testsupport::listDir(dir_));
+    EXPECT_FALSE(testsupport::fileExists("pwned"));
 }

@@ -12,7 +12,8 @@
 
 #include "framework/jitter_tables.h"
 #include "image/pnm_file.h"
-#include "tests/framework/process_helper.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_files.h"
 #include "tests/framework/test_scene.h"
 #include "tests/support/gl_test_window.h"
 
@@ -44,14 +45,15 @@ std::vector<unsigned char> renderPass(double jx, double jy) {
 }  // namespace
 
 TEST(JitterReference, DumpedFrameIsTheRoundedMeanOfItsPasses) {
-    if (!fwtest::haveDisplay()) GTEST_SKIP() << "no display";
-    const std::string dir = fwtest::freshDir("jitter_reference");
-    fwtest::RunOptions options;
+    if (!testsupport::haveDisplay()) GTEST_SKIP() << "no display";
+    const testsupport::ScratchDir scratch("jitter_reference");
+    const std::string& dir = scratch.path();
+    testsupport::RunOptions options;
     options.workingDir = dir;
-    const fwtest::RunResult r =
-        fwtest::runProgram({TEST_VIEWER, "-jitter", "4", "-dumpSkip", "jit", "0", "0",
-                            SKYRAMA_SOURCE_DIR "/tests/framework/scripts/three_frames.scp"},
-                           options);
+    const testsupport::RunResult r =
+        testsupport::runProgram({TEST_VIEWER, "-jitter", "4", "-dumpSkip", "jit", "0", "0",
+                                 SKYRAMA_SOURCE_DIR "/tests/framework/scripts/three_frames.scp"},
+                                options);
     ASSERT_EQ(1, r.exitCode) << r.err;
     int w = 0, h = 0, c = 0;
     const std::vector<unsigned char> dumped = read_pnm((dir + "/jit.0000.pnm").c_str(), &w, &h, &c);

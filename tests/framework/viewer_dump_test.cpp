@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "image/pnm_file.h"
-#include "tests/framework/process_helper.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_files.h"
 #include "tests/framework/test_scene.h"
 
 namespace {
@@ -22,17 +23,18 @@ const std::string kThree = kScripts + "three_frames.scp";
 class ViewerDump : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!fwtest::haveDisplay()) GTEST_SKIP() << "no display";
-        dir_ = fwtest::freshDir("viewer_dump");
+        if (!testsupport::haveDisplay()) GTEST_SKIP() << "no display";
+        dir_ = testsupport::freshDir("viewer_dump");
     }
+    void TearDown() override { testsupport::removeDir(dir_); }
 
-    fwtest::RunResult run(const std::string& program, const std::vector<std::string>& words) {
+    testsupport::RunResult run(const std::string& program, const std::vector<std::string>& words) {
         std::vector<std::string> argv{program};
         argv.insert(argv.end(), words.begin(), words.end());
-        fwtest::RunOptions options;
+        testsupport::RunOptions options;
         options.workingDir = dir_;
         options.timeoutSeconds = 60.0;
-        return fwtest::runProgram(argv, options);
+        return testsupport::runProgram(argv, options);
     }
 
     // The RGB pixel at (x, y), y from the top, of a P6 file in the test folder.
@@ -59,10 +61,10 @@ void expectRgb(const TestRgb& expected, const TestRgb& got, const std::string& w
 }  // namespace
 
 TEST_F(ViewerDump, DumpWritesEveryFrameWithTheOffsetAndEndsWithCodeOne) {
-    const fwtest::RunResult r = run(kViewer, {"-dump", "out", "100", kThree});
+    const testsupport::RunResult r = run(kViewer, {"-dump", "out", "100", kThree});
     EXPECT_EQ(1, r.exitCode);
     EXPECT_EQ((std::vector<std::string>{"out.0100.pnm", "out.0101.pnm", "out.0102.pnm"}), [&] {
-        auto names = fwtest::listDir(dir_);
+        auto names = testsupport::listDir(dir_);
         std::sort(names.begin(), names.end());
         return names;
     }());
@@ -73,21 +75,21 @@ TEST_F(ViewerDump, DumpWritesEveryFrameWithTheOffsetAndEndsWithCodeOne) {
         EXPECT_EQ(64, w);
         EXPECT_EQ(48, h);
     }
-    EXPECT_EQ(1, fwtest::countLines(r.err, "write frame to [out.0102.pnm]"));
+    EXPECT_EQ(1, testsupport::countLines(r.err, "write frame to [out.0102.pnm]"));
     EXPECT_EQ(std::string::npos, r.err.find("- dumping to"));  // the command-line dump is silent
 }
 
 TEST_F(ViewerDump, DumpSkipWritesOnlyTheFramesFromTheSkipOn) {
-    const fwtest::RunResult r = run(kViewer, {"-dumpSkip", "out", "0", "2", kThree});
+    const testsupport::RunResult r = run(kViewer, {"-dumpSkip", "out", "0", "2", kThree});
     EXPECT_EQ(1, r.exitCode);
-    EXPECT_EQ(std::vector<std::string>{"out.0002.pnm"}, fwtest::listDir(dir_));
+    EXPECT_EQ(std::vector<std::string>{"out.0002.pnm"}, testsupport::listDir(dir_));
     expectRgb(backgroundFor(2), pixel("out.0002.pnm", 1, 1), "frame 2");
 }
 
 TEST_F(ViewerDump, DoubleRateGivesAnImageForEveryHalfFrame) {
-    const fwtest::RunResult r = run(kViewer, {"-double", "-dump", "half", "0", kThree});
+    const testsupport::RunResult r = run(kViewer, {"-double", "-dump", "half", "0", kThree});
     EXPECT_EQ(1, r.exitCode);
-    EXPECT_EQ(5u, fwtest::listDir(dir_).size());
+    EXPECT_EQ(5u, testsupport::listDir(dir_).size());
     for (int i = 0; i < 5; ++i) {
         const std::string name = "half.000" + std::to_string(i) + ".pnm";
         expectRgb(backgroundFor(i * 0.5), pixel(name, 1, 1), name);
@@ -95,27 +97,27 @@ TEST_F(ViewerDump, DoubleRateGivesAnImageForEveryHalfFrame) {
 }
 
 TEST_F(ViewerDump, GzipCompressesEachFrameAndAHeadWithShellCharactersRunsNothing) {
-    if (!fwtest::haveProgram("gzip")) GTEST_SKIP() << "no gzip";
+    if (!testsupport::haveProgram("gzip")) GTEST_SKIP() << "no gzip";
     const std::string head = "my out;touch pwned";
-    const fwtest::RunResult r = run(kViewer, {"-gzip", "-dump", head, "100", kThree});
+    const testsupport::RunResult r = run(kViewer, {"-gzip", "-dump", head, "100", kThree});
     EXPECT_EQ(1, r.exitCode);
-    auto names = fwtest::listDir(dir_);
+    auto names = testsupport::listDir(dir_);
     std::sort(names.begin(), names.end());
     EXPECT_EQ((std::vector<std::string>{head + ".0100.pnm.gz", head + ".0101.pnm.gz",
                                         head + ".0102.pnm.gz"}),
               names);
-    EXPECT_EQ(1, fwtest::countLines(r.err, "Run [gzip " + head + ".0101.pnm]"));
+    EXPECT_EQ(1, testsupport::countLines(r.err, "Run [gzip " + head + ".0101.pnm]"));
 }
 
 TEST_F(ViewerDump, JitteredDumpHoldsTheAveragedPicture) {
-    const fwtest::RunResult r = run(kViewer, {"-jitter", "4", "-dump", "jit", "0", kThree});
+    const testsupport::RunResult r = run(kViewer, {"-jitter", "4", "-dump", "jit", "0", kThree});
     EXPECT_EQ(1, r.exitCode);
-    ASSERT_EQ(3u, fwtest::listDir(dir_).size());
+    ASSERT_EQ(3u, testsupport::listDir(dir_).size());
     expectRgb(backgroundFor(1), pixel("jit.0001.pnm", 1, 1), "background of frame 1");
 }
 
 TEST_F(ViewerDump, TheEmptySceneDumpsVisibleAxesAndCubes) {
-    const fwtest::RunResult r = run(kEmptyViewer, {"-dump", "sky", "0", kThree});
+    const testsupport::RunResult r = run(kEmptyViewer, {"-dump", "sky", "0", kThree});
     EXPECT_EQ(1, r.exitCode);
     int w = 0, h = 0, c = 0;
     const auto data = read_pnm((dir_ + "/sky.0000.pnm").c_str(), &w, &h, &c);
@@ -127,7 +129,7 @@ TEST_F(ViewerDump, TheEmptySceneDumpsVisibleAxesAndCubes) {
 }
 
 TEST_F(ViewerDump, FullScreenStartsAtTheDisplaySizeMinusOne) {
-    const fwtest::RunResult r = run(kViewer, {"-fullscreen", "-dump", "full", "0", kThree});
+    const testsupport::RunResult r = run(kViewer, {"-fullscreen", "-dump", "full", "0", kThree});
     EXPECT_EQ(1, r.exitCode);
     int winW = 0, winH = 0, screenW = 0, screenH = 0, words = 0;
     ASSERT_EQ(5, std::sscanf(r.out.c_str(), "init window=%dx%d screen=%dx%d words=%d", &winW, &winH,
@@ -140,15 +142,15 @@ TEST_F(ViewerDump, FullScreenStartsAtTheDisplaySizeMinusOne) {
 }
 
 TEST_F(ViewerDump, ASceneThatFailsToStartEndsWithCodeOne) {
-    const fwtest::RunResult r = run(kViewer, {kThree, "fail"});
+    const testsupport::RunResult r = run(kViewer, {kThree, "fail"});
     EXPECT_EQ(1, r.exitCode);
     EXPECT_EQ(std::string::npos, r.out.find("quitScene"));
 }
 
 TEST_F(ViewerDump, AFrameThatCannotBeWrittenEndsTheDumpWithCodeOne) {
-    const fwtest::RunResult r = run(kViewer, {"-dump", "missing/folder/out", "0", kThree});
+    const testsupport::RunResult r = run(kViewer, {"-dump", "missing/folder/out", "0", kThree});
     EXPECT_EQ(1, r.exitCode);
     EXPECT_NE(std::string::npos, r.err.find("Err : writing to [missing/folder/out.0000.pnm]\n"));
     EXPECT_EQ(std::string::npos, r.err.find("out.0001.pnm"));  // nothing after the failure
-    EXPECT_TRUE(fwtest::listDir(dir_).empty());
+    EXPECT_TRUE(testsupport::listDir(dir_).empty());
 }

@@ -14,7 +14,9 @@
 #include <vector>
 
 #include "image/pnm_file.h"
-#include "tests/framework/process_helper.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_files.h"
+#include "tests/support/x_input.h"
 #include "tests/framework/test_scene.h"
 
 namespace {
@@ -27,30 +29,31 @@ int tagCounter = 0;
 class RunningViewer : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!fwtest::haveDisplay()) GTEST_SKIP() << "no display";
-        if (!fwtest::haveProgram("xdotool")) GTEST_SKIP() << "no xdotool";
-        dir_ = fwtest::freshDir("viewer_keys");
+        if (!testsupport::haveDisplay()) GTEST_SKIP() << "no display";
+        if (!testsupport::haveProgram("xdotool")) GTEST_SKIP() << "no xdotool";
+        dir_ = testsupport::freshDir("viewer_keys");
     }
+    void TearDown() override { testsupport::removeDir(dir_); }
 
     void start(const std::string& script, const std::vector<std::string>& sceneWords = {}) {
         const std::string tag =
             "keys-" + std::to_string(getpid()) + "-" + std::to_string(tagCounter++);
         std::vector<std::string> argv{TEST_VIEWER, kScripts + script, tag, "keys"};
         argv.insert(argv.end(), sceneWords.begin(), sceneWords.end());
-        fwtest::RunOptions options;
+        testsupport::RunOptions options;
         options.workingDir = dir_;
         // The tag is matched as a regular expression: it has no special characters.
-        window_ = fwtest::startWithWindow(viewer_, argv, options, tag);
+        window_ = testsupport::startWithWindow(viewer_, argv, options, tag);
         ASSERT_FALSE(window_.empty()) << viewer_->err();
-        fwtest::sleepSeconds(0.3);
+        testsupport::sleepSeconds(0.3);
     }
 
-    void keys(const std::vector<std::string>& k) { fwtest::pressKeys(window_, k); }
+    void keys(const std::vector<std::string>& k) { testsupport::pressKeys(window_, k); }
 
     // The scene's last "state ..." line after pressing "=".
     std::string state() {
         keys({"equal"});
-        const auto lines = fwtest::linesStartingWith(viewer_->out(), "state ");
+        const auto lines = testsupport::linesStartingWith(viewer_->out(), "state ");
         return lines.empty() ? "" : lines.back();
     }
     double stateValue(const std::string& name) {
@@ -60,7 +63,7 @@ class RunningViewer : public ::testing::Test {
     }
 
     std::string dir_;
-    std::unique_ptr<fwtest::BackgroundProgram> viewer_;
+    std::unique_ptr<testsupport::BackgroundProgram> viewer_;
     std::string window_;
 };
 
@@ -93,29 +96,29 @@ TEST_F(RunningViewer, SensitivityHalvesDownToAHundredth) {
 TEST_F(RunningViewer, XTwicePlaysOnceThenStops) {
     ASSERT_NO_FATAL_FAILURE(start("long.scp"));
     keys({"x"});
-    fwtest::sleepSeconds(0.3);
+    testsupport::sleepSeconds(0.3);
     const std::string playing = state();
     EXPECT_NE(std::string::npos, playing.find("playCount=1")) << playing;
     keys({"x"});
     const double stoppedAt = stateValue("frame");
     EXPECT_NE(std::string::npos, state().find("playCount=0"));
     EXPECT_GT(stoppedAt, 0.0);
-    fwtest::sleepSeconds(0.3);
+    testsupport::sleepSeconds(0.3);
     EXPECT_EQ(stoppedAt, stateValue("frame"));
-    EXPECT_EQ(2, fwtest::countLines(viewer_->err(), "Play every frame"));
+    EXPECT_EQ(2, testsupport::countLines(viewer_->err(), "Play every frame"));
 }
 
 TEST_F(RunningViewer, RealTimePlaybackReachesTheEndAndLoopsWhenAsked) {
     ASSERT_NO_FATAL_FAILURE(start("three_frames.scp", {"log-draws"}));
     keys({"X"});
-    fwtest::sleepSeconds(0.4);
+    testsupport::sleepSeconds(0.4);
     EXPECT_NE(std::string::npos, state().find("frame=2.0 sensitivity=1 playCount=0"));
     const std::string err = viewer_->err();
-    EXPECT_EQ(1, fwtest::countLines(err, "Play at realtime (may skip frames)"));
-    EXPECT_EQ(1, fwtest::countLines(err, "-> Frame: [2.0]"));
+    EXPECT_EQ(1, testsupport::countLines(err, "Play at realtime (may skip frames)"));
+    EXPECT_EQ(1, testsupport::countLines(err, "-> Frame: [2.0]"));
 
     keys({"Z"});  // loop: after the last frame comes frame 0 again
-    fwtest::sleepSeconds(0.5);
+    testsupport::sleepSeconds(0.5);
     keys({"Z"});
     const std::string out = viewer_->out();
     const std::size_t firstLast = out.find("draw 2.0");
@@ -131,7 +134,7 @@ TEST_F(RunningViewer, F12FiveTimesComesBackToTheNormalProjection) {
     std::size_t at = 0;
     for (const char* q : quarters) {
         const std::string line = std::string("sheared view (zoom to ") + q + ")\n";
-        EXPECT_EQ(1, fwtest::countLines(err, line.substr(0, line.size() - 1))) << q;
+        EXPECT_EQ(1, testsupport::countLines(err, line.substr(0, line.size() - 1))) << q;
         const std::size_t found = err.find(line, at);
         EXPECT_NE(std::string::npos, found) << q;  // in this order
         at = found == std::string::npos ? at : found;
@@ -141,7 +144,7 @@ TEST_F(RunningViewer, F12FiveTimesComesBackToTheNormalProjection) {
                                           "  2.061   0.000   0.000   0.000\n"
                                           "  0.000   2.747   0.000   0.000\n"));
     keys({"F11"});  // one step back: the last quarter
-    EXPECT_EQ(2, fwtest::countLines(viewer_->err(), "sheared view (zoom to right-bottom)"));
+    EXPECT_EQ(2, testsupport::countLines(viewer_->err(), "sheared view (zoom to right-bottom)"));
 }
 
 TEST_F(RunningViewer, CurrentViewPrintout) {
@@ -178,7 +181,8 @@ TEST_F(RunningViewer, InsertDumpsTheScreenWithACounter) {
     keys({"Insert", "Insert", "Insert"});
     for (int i = 0; i < 3; ++i) {
         const std::string name = "screen.000" + std::to_string(i) + ".pnm";
-        EXPECT_EQ(1, fwtest::countLines(viewer_->err(), "Screen dumped to file [" + name + "]."));
+        EXPECT_EQ(1,
+                  testsupport::countLines(viewer_->err(), "Screen dumped to file [" + name + "]."));
         int w = 0, h = 0, c = 0;
         const auto data = read_pnm((dir_ + "/" + name).c_str(), &w, &h, &c);
         ASSERT_EQ(64u * 48u * 3u, data.size()) << name;
@@ -192,16 +196,16 @@ TEST_F(RunningViewer, InsertDumpsTheScreenWithACounter) {
 TEST_F(RunningViewer, MiddleDragMovesTheViewByTheSensitivity) {
     ASSERT_NO_FATAL_FAILURE(start("twentyone_frames.scp", {"mouse-log"}));
     keys({"braceleft"});  // sensitivity 0.5
-    fwtest::xdotool({"mousemove", "--window", window_, "20", "30"});
-    fwtest::sleepSeconds(0.2);
-    fwtest::xdotool({"mousedown", "2"});
-    fwtest::sleepSeconds(0.2);
+    testsupport::xdotool({"mousemove", "--window", window_, "20", "30"});
+    testsupport::sleepSeconds(0.2);
+    testsupport::xdotool({"mousedown", "2"});
+    testsupport::sleepSeconds(0.2);
     for (int x = 30; x <= 60; x += 10) {
-        fwtest::xdotool({"mousemove", "--window", window_, std::to_string(x), "30"});
-        fwtest::sleepSeconds(0.1);
+        testsupport::xdotool({"mousemove", "--window", window_, std::to_string(x), "30"});
+        testsupport::sleepSeconds(0.1);
     }
-    fwtest::xdotool({"mouseup", "2"});
-    fwtest::sleepSeconds(0.2);
+    testsupport::xdotool({"mouseup", "2"});
+    testsupport::sleepSeconds(0.2);
     keys({"i"});
     // 40 pixels x 0.5 x 0.01 x 45 / 90 = 0.1 to the right, in eye space.
     EXPECT_NE(std::string::npos, viewer_->err().find("Modelview:\n"
@@ -219,7 +223,7 @@ TEST_F(RunningViewer, QuitAsksFirstAndTheSceneWaitsForTheAnswer) {
     ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
     keys({"q"});
     keys({"equal"});  // the question is open: the scene gets nothing
-    EXPECT_TRUE(fwtest::linesStartingWith(viewer_->out(), "state ").empty());
+    EXPECT_TRUE(testsupport::linesStartingWith(viewer_->out(), "state ").empty());
     keys({"Escape"});  // No
     EXPECT_TRUE(viewer_->running());
     EXPECT_FALSE(state().empty());
@@ -231,18 +235,20 @@ TEST_F(RunningViewer, QuitAsksFirstAndTheSceneWaitsForTheAnswer) {
 }
 
 TEST(RunningEmptyScene, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
-    if (!fwtest::haveDisplay() || !fwtest::haveProgram("xdotool")) GTEST_SKIP() << "no display";
-    const std::string dir = fwtest::freshDir("overlay_keys");
-    fwtest::RunOptions options;
+    if (!testsupport::haveDisplay() || !testsupport::haveProgram("xdotool"))
+        GTEST_SKIP() << "no display";
+    const testsupport::ScratchDir scratch("overlay_keys");
+    const std::string& dir = scratch.path();
+    testsupport::RunOptions options;
     options.workingDir = dir;
-    std::unique_ptr<fwtest::BackgroundProgram> viewer;
-    const std::string window = fwtest::startWithWindow(
+    std::unique_ptr<testsupport::BackgroundProgram> viewer;
+    const std::string window = testsupport::startWithWindow(
         viewer, {EMPTY_VIEWER, SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"}, options, "demo.scp");
     ASSERT_FALSE(window.empty()) << viewer->err();
-    fwtest::sleepSeconds(0.3);
+    testsupport::sleepSeconds(0.3);
     // The empty scene shows the axes and the metre cubes; n adds the frame number; a and b
     // take the axes and cubes away again.
-    fwtest::pressKeys(window, {"n", "Insert", "a", "b", "Insert", "n", "Insert"});
+    testsupport::pressKeys(window, {"n", "Insert", "a", "b", "Insert", "n", "Insert"});
 
     // Counts the pixels that are magenta (the overlay's colour), that are lit at all, and that
     // are lit outside the lower left corner where the frame number is written.
@@ -297,5 +303,5 @@ TEST_F(RunningViewer, ClosingTheWindowRunsQuitSceneAndEndsWithCodeZero) {
     ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
     ASSERT_TRUE(askWindowToClose(window_));
     EXPECT_EQ(0, viewer_->wait(10.0));
-    EXPECT_EQ(1, fwtest::countLines(viewer_->out(), "quitScene"));
+    EXPECT_EQ(1, testsupport::countLines(viewer_->out(), "quitScene"));
 }

@@ -2,22 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <string>
 
 #include "platform/command_runner.h"
+#include "tests/support/scratch_files.h"
 
-namespace {
-
-bool exists(const std::string& path) {
-    struct stat st;
-    return stat(path.c_str(), &st) == 0;
-}
-
-}  // namespace
+using testsupport::fileExists;
 
 TEST(RunCommand, ReturnsTheProgramsExitStatus) {
     EXPECT_EQ(0, platform::runCommand({"true"}));
@@ -36,8 +27,8 @@ TEST(RunCommand, WordsReachTheProgramUnchanged) {
     const std::string name = "run command; touch pwned $(touch pwned2) 'q'";
     std::remove(name.c_str());
     ASSERT_EQ(0, platform::runCommand({"touch", "--", name}));
-    EXPECT_TRUE(exists(name));
-    EXPECT_FALSE(exists("pwned"));
-    EXPECT_FALSE(exists("pwned2"));
+    EXPECT_TRUE(fileExists(name));
+    EXPECT_FALSE(fileExists("pwned"));
+    EXPECT_FALSE(fileExists("pwned2"));
     std::remove(name.c_str());
 }

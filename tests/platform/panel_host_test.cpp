@@ -8,17 +8,15 @@
 #include <imgui.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/message_box.h"
 #include "platform/panel_host.h"
+#include "tests/support/child_process.h"
 #include "tests/support/gl_test_window.h"
+#include "tests/support/x_input.h"
 
 namespace {
 
@@ -29,7 +27,8 @@ int buttonClicks = 0;
 char text[64] = "";
 float dragValue = 0.0f;
 int dragX = 0, dragY = 0;  // the middle of the drag field
-std::string windowName;
+int mainWindow = 0;
+std::string windowId;  // the X window, for xdotool
 
 void record(const platform::InputEvent& e) {
     sceneEvents.push_back(e);
@@ -52,30 +51,28 @@ void display() {
     glutSwapBuffers();
 }
 
-// Lets GLUT deliver events and draw frames for a while.
 void pump(double seconds) {
-    const auto end = std::chrono::steady_clock::now() +
-                     std::chrono::milliseconds(static_cast<int>(seconds * 1000));
-    while (std::chrono::steady_clock::now() < end) {
-        glutPostRedisplay();
-        glutMainLoopEvent();
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
+    testsupport::pumpEvents(seconds, mainWindow);
 }
 
-// A busy shared X server refuses a connection now and then: such a command is run again.
-void xdo(const std::string& words) {
-    const std::string command = "xdotool " + words + " >/dev/null 2>&1";
-    int status = -1;
-    for (int attempt = 0; attempt < 4 && status != 0; ++attempt)
-        status = std::system(command.c_str());
-    ASSERT_EQ(0, status) << command;
+// xdotool with these words, then a quarter of a second of frames.
+void xdo(const std::vector<std::string>& words) {
+    bool ok = false;
+    testsupport::xdotool(words, &ok);
+    ASSERT_TRUE(ok) << "xdotool " << words[0];
     pump(0.25);
 }
 
+// Moves the pointer to (x, y) in the window, then runs the xdotool words that follow.
+void atPointer(int x, int y, std::vector<std::string> then) {
+    std::vector<std::string> words{"mousemove", "--window", windowId, std::to_string(x),
+                                   std::to_string(y)};
+    words.insert(words.end(), then.begin(), then.end());
+    xdo(words);
+}
+
 void clickAt(int x, int y, int button = 1) {
-    xdo("mousemove --window $(xdotool search --name '" + windowName + "' | head -1) " +
-        std::to_string(x) + " " + std::to_string(y) + " click " + std::to_string(button));
+    atPointer(x, y, {"click", std::to_string(button)});
 }
 
 int countKind(platform::InputKind kind) {
@@ -88,12 +85,10 @@ int countKind(platform::InputKind kind) {
 class PanelHost : public ::testing::Test {
   protected:
     static void SetUpTestSuite() {
-        if (std::getenv("DISPLAY") == nullptr ||
-            std::system("command -v xdotool >/dev/null") != 0) {
-            return;
-        }
+        if (!testsupport::haveDisplay() || !testsupport::haveProgram("xdotool")) return;
         if (!testsupport::openTestWindow(kWidth, kHeight)) return;
-        windowName = "panel-host-test-" + std::to_string(getpid());
+        mainWindow = glutGetWindow();
+        const std::string windowName = "panel-host-test-" + std::to_string(getpid());
         glutSetWindowTitle(windowName.c_str());
         glutDisplayFunc(display);
         platform::HostCallbacks callbacks;
@@ -102,9 +97,9 @@ class PanelHost : public ::testing::Test {
         platform::setPanelColumnWidth(kColumn);
         platform::createPanel(buildPanel, platform::PanelPlacement::RightColumn);
         pump(0.5);
-        const std::string focus =
-            "xdotool windowfocus --sync $(xdotool search --name '" + windowName + "' | head -1)";
-        ready = std::system(focus.c_str()) == 0;
+        windowId = testsupport::findWindow(windowName, 10.0);
+        if (windowId.empty()) return;
+        testsupport::xdotool({"windowfocus", "--sync", windowId}, &ready);
         pump(0.3);
     }
     void SetUp() override {
@@ -148,12 +143,10 @@ TEST_F(PanelHost, ClicksBesideThePanelReachTheScene) {
 }
 
 TEST_F(PanelHost, ADragStartedInTheSceneEndsThereOverThePanel) {
-    const std::string win = "$(xdotool search --name '" + windowName + "' | head -1)";
-    xdo("mousemove --window " + win + " 100 100 mousedown 1");
-    for (int x = 150; x <= 350; x += 50) {
-        xdo("mousemove --window " + win + " " + std::to_string(x) + " 100");
-    }
-    xdo("mouseup 1");
+    atPointer(100, 100, {"mousedown", "1"});
+    for (int x = 150; x <= 350; x += 50)
+        atPointer(x, 100, {});
+    xdo({"mouseup", "1"});
     int releases = 0;
     for (const auto& e : sceneEvents) {
         releases += (e.kind == platform::InputKind::Mouse && e.state == GLUT_UP) ? 1 : 0;
@@ -164,17 +157,17 @@ TEST_F(PanelHost, ADragStartedInTheSceneEndsThereOverThePanel) {
 }
 
 TEST_F(PanelHost, KeysGoToAFocusedTextFieldElseToTheScene) {
-    xdo("key k");
+    xdo({"key", "k"});
     EXPECT_EQ(1, countKind(platform::InputKind::Keyboard));
     clickAt(300, 62);  // the text field
     sceneEvents.clear();
-    xdo("type ab");
-    xdo("key BackSpace");
+    xdo({"type", "ab"});
+    xdo({"key", "BackSpace"});
     EXPECT_EQ(0, countKind(platform::InputKind::Keyboard));
     EXPECT_STREQ("a", text);
     clickAt(50, 150);
     sceneEvents.clear();
-    xdo("key Up");
+    xdo({"key", "Up"});
     EXPECT_EQ(1, countKind(platform::InputKind::Special));
 }
 
@@ -183,7 +176,7 @@ TEST_F(PanelHost, KeysGoToAFocusedTextFieldElseToTheScene) {
 TEST_F(PanelHost, ReleasedModifierKeysAreReleasedInThePanel) {
     for (const char* modifier : {"shift", "ctrl", "alt"}) {
         SCOPED_TRACE(modifier);
-        xdo(std::string("key ") + modifier);
+        xdo({"key", modifier});
         const ImGuiIO& io = ImGui::GetIO();
         EXPECT_FALSE(io.KeyShift || io.KeyCtrl || io.KeyAlt);
         clickAt(300, 30);
@@ -191,24 +184,22 @@ TEST_F(PanelHost, ReleasedModifierKeysAreReleasedInThePanel) {
         buttonClicks = 0;
         clickAt(dragX, dragY);
         sceneEvents.clear();
-        xdo("key k");
+        xdo({"key", "k"});
         EXPECT_EQ(1, countKind(platform::InputKind::Keyboard));
         clickAt(50, 150);
     }
 }
 
 TEST_F(PanelHost, HeldModifierKeysReachThePanelAndTheScene) {
-    const std::string win = "$(xdotool search --name '" + windowName + "' | head -1)";
-    xdo("mousemove --window " + win + " " + std::to_string(dragX) + " " + std::to_string(dragY) +
-        " keydown ctrl click 1 keyup ctrl");
+    atPointer(dragX, dragY, {"keydown", "ctrl", "click", "1", "keyup", "ctrl"});
     sceneEvents.clear();
-    xdo("key k");
+    xdo({"key", "k"});
     EXPECT_EQ(0, countKind(platform::InputKind::Keyboard));  // typed into the field
-    xdo("key Escape");
+    xdo({"key", "Escape"});
     clickAt(50, 150);
 
     sceneEvents.clear();
-    xdo("mousemove --window " + win + " 100 120 keydown shift click 1 keyup shift");
+    atPointer(100, 120, {"keydown", "shift", "click", "1", "keyup", "shift"});
     clickAt(100, 120);
     std::vector<int> pressModifiers;
     for (const auto& e : sceneEvents) {
@@ -225,19 +216,19 @@ TEST_F(PanelHost, TheModalQuestionHoldsInputUntilAnswered) {
     pump(0.2);
     EXPECT_TRUE(platform::modalBoxOpen());
     clickAt(60, 60);
-    xdo("key k");
+    xdo({"key", "k"});
     EXPECT_TRUE(sceneEvents.empty());
     EXPECT_EQ(-1, answer);
-    xdo("key Return");  // No is the default
+    xdo({"key", "Return"});  // No is the default
     EXPECT_EQ(0, answer);
     EXPECT_FALSE(platform::modalBoxOpen());
-    xdo("key k");
+    xdo({"key", "k"});
     EXPECT_EQ(1, countKind(platform::InputKind::Keyboard));
 
     platform::askYesNo("caption", "Really?", platform::BoxIcon::Exclamation,
                        [&answer](bool yes) { answer = yes ? 1 : 0; });
     pump(0.2);
-    xdo("key y");
+    xdo({"key", "y"});
     EXPECT_EQ(1, answer);
     // The popup is closed for good: the scene gets clicks again.
     sceneEvents.clear();

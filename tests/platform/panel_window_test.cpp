@@ -6,16 +6,14 @@
 
 #include <GL/freeglut.h>
 #include <imgui.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <cstdlib>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/panel_host.h"
+#include "tests/support/child_process.h"
 #include "tests/support/gl_test_window.h"
+#include "tests/support/x_input.h"
 
 namespace {
 
@@ -44,30 +42,18 @@ void display() {
     glutSwapBuffers();
 }
 
-void pump(double seconds) {
-    const auto end = std::chrono::steady_clock::now() +
-                     std::chrono::milliseconds(static_cast<int>(seconds * 1000));
-    while (std::chrono::steady_clock::now() < end) {
-        glutPostWindowRedisplay(mainWindow);
-        glutMainLoopEvent();
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-}
-
-// A busy shared X server refuses a connection now and then: such a command is run again.
-bool xdo(const std::string& words) {
+// xdotool with these words, then frames for a while; whether it succeeded.
+bool xdo(const std::vector<std::string>& words) {
     bool ok = false;
-    for (int attempt = 0; attempt < 4 && !ok; ++attempt) {
-        ok = std::system(("xdotool " + words + " >/dev/null 2>&1").c_str()) == 0;
-    }
-    pump(0.3);
+    testsupport::xdotool(words, &ok);
+    testsupport::pumpEvents(0.3, mainWindow);
     return ok;
 }
 
 }  // namespace
 
 TEST(PanelWindow, ClicksStayInThePanelAndKeysGoToTheScene) {
-    if (std::getenv("DISPLAY") == nullptr || std::system("command -v xdotool >/dev/null") != 0) {
+    if (!testsupport::haveDisplay() || !testsupport::haveProgram("xdotool")) {
         GTEST_SKIP() << "no display or no xdotool";
     }
     SKYRAMA_REQUIRE_WINDOW(160, 120);
@@ -79,22 +65,23 @@ TEST(PanelWindow, ClicksStayInThePanelAndKeysGoToTheScene) {
     platform::createPanel(buildPanel, platform::PanelPlacement::OwnWindow);
     ASSERT_NE(0, platform::panelWindow());
     EXPECT_EQ(mainWindow, glutGetWindow());  // creating the panel leaves the main window current
-    pump(0.6);
+    testsupport::pumpEvents(0.6, mainWindow);
 
     int x = -1, y = -1, w = -1, h = -1;
     platform::freeViewportArea(x, y, w, h);
     EXPECT_EQ(160, w);  // the whole main window is the scene's
     EXPECT_EQ(120, h);
 
-    const std::string panel = "$(xdotool search --name '^Skyrama Panel$' | head -1)";
-    ASSERT_TRUE(xdo("mousemove --window " + panel + " 100 25 click 1"));
-    pump(0.3);
+    const std::string panel = testsupport::findWindow("^Skyrama Panel$", 10.0);
+    ASSERT_FALSE(panel.empty());
+    ASSERT_TRUE(xdo({"mousemove", "--window", panel, "100", "25", "click", "1"}));
+    testsupport::pumpEvents(0.3, mainWindow);
     EXPECT_EQ(1, clicks);
     EXPECT_EQ(mainWindow, windowDuringClick);
     EXPECT_TRUE(sceneEvents.empty());
 
-    ASSERT_TRUE(xdo("windowfocus --sync " + panel));
-    ASSERT_TRUE(xdo("key a"));
+    ASSERT_TRUE(xdo({"windowfocus", "--sync", panel}));
+    ASSERT_TRUE(xdo({"key", "a"}));
     ASSERT_EQ(1u, sceneEvents.size());
     EXPECT_EQ(platform::InputKind::Keyboard, sceneEvents[0].kind);
     EXPECT_EQ('a', sceneEvents[0].key);

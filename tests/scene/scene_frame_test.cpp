@@ -8,9 +8,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <filesystem>
 #include <string>
+#include <thread>
 
 #include "framework/framework_state.h"
 #include "framework/scene_registry.h"
@@ -25,11 +27,13 @@
 #include "scene/scene_objects.h"
 #include "scene/scene_settings.h"
 #include "scene/star_velocity.h"
-#include "tests/scene/scene_program.h"
 #include "tests/scene/scene_tree.h"
 #include "tests/support/gl_test_window.h"
+#include "tests/support/scratch_files.h"
 
 using namespace scenetest;
+using testsupport::freshDir;
+using testsupport::removeDir;
 
 namespace {
 
@@ -238,7 +242,7 @@ TEST_F(SceneFrame, LookAtStarTurnsTheViewOntoThePickedStar) {
     lookAtPickedStar();
     ASSERT_TRUE(spinActive());
     for (int i = 0; i < 400 && spinActive(); ++i) {
-        sleepSeconds(0.01);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
         continueSpin();
     }
     EXPECT_FALSE(spinActive());  // the turn ends by itself after about 1.5 s

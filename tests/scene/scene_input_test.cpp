@@ -15,10 +15,13 @@
 #include <vector>
 
 #include "image/pnm_file.h"
-#include "tests/scene/scene_program.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_files.h"
+#include "tests/support/x_input.h"
 #include "tests/scene/scene_tree.h"
 
 using namespace scenetest;
+using namespace testsupport;
 
 namespace {
 
@@ -43,13 +46,13 @@ class RunningScene : public ::testing::Test {
             "scene" + std::to_string(getpid()) + "x" + std::to_string(runCounter++);
         dir_ = freshDir(tag);
         tree_ = writeSceneTree(dir_, tag + ".star");
-        Launch l;
-        l.args = {tree_.script, tree_.starFile};
-        l.workingDir = dir_;
-        l.env = {{"TOPDIR", dir_}, {"SKYRAMA_PANEL_TRACE", "1"}};
-        program_ = std::make_unique<Program>(l);
+        RunOptions options;
+        options.workingDir = dir_;
+        options.env = {{"TOPDIR", dir_}, {"SKYRAMA_PANEL_TRACE", "1"}};
+        program_ = std::make_unique<BackgroundProgram>(
+            std::vector<std::string>{skyramaProgram(), tree_.script, tree_.starFile}, options);
         ASSERT_TRUE(program_->started());
-        window_ = findWindow(tag);
+        window_ = findWindow(tag, 15.0, program_.get());
         ASSERT_FALSE(window_.empty()) << program_->err();
         // The panel column is laid out once the window has its final size.
         ASSERT_TRUE(program_->waitForOut("panel item: Quit 4", 10.0)) << program_->out();
@@ -173,7 +176,7 @@ class RunningScene : public ::testing::Test {
 
     std::string dir_;
     SceneTree tree_;
-    std::unique_ptr<Program> program_;
+    std::unique_ptr<BackgroundProgram> program_;
     std::string window_;
 };
 

@@ -7,10 +7,12 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/scene/scene_program.h"
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_files.h"
 #include "tests/scene/scene_tree.h"
 
 using namespace scenetest;
+using namespace testsupport;
 
 namespace {
 
@@ -31,14 +33,14 @@ class SceneStart : public ::testing::Test {
     }
 
     // The movie of the tree dumped to frames in the working folder.
-    Finished dump(const std::string& workingDir, const std::vector<EnvChange>& env,
-                  const std::vector<std::string>& starFiles) {
-        Launch l;
-        l.args = {"-dump", "frame", "0", tree_.script};
-        l.args.insert(l.args.end(), starFiles.begin(), starFiles.end());
-        l.workingDir = workingDir;
-        l.env = env;
-        Finished f = runToEnd(l);
+    RunResult dump(const std::string& workingDir, const std::vector<EnvChange>& env,
+                   const std::vector<std::string>& starFiles) {
+        std::vector<std::string> argv{skyramaProgram(), "-dump", "frame", "0", tree_.script};
+        argv.insert(argv.end(), starFiles.begin(), starFiles.end());
+        RunOptions options;
+        options.workingDir = workingDir;
+        options.env = env;
+        RunResult f = runProgram(argv, options);
         EXPECT_EQ(std::string::npos, f.err.find("Sanitizer")) << f.err;
         EXPECT_EQ(std::string::npos, f.err.find("runtime error")) << f.err;
         return f;
@@ -53,7 +55,7 @@ class SceneStart : public ::testing::Test {
 TEST_F(SceneStart, WithoutStarFilesItStopsBeforeReadingAnything) {
     const std::string dir = scratch("start_nostars");
     tree_ = writeSceneTree(dir, "nostars.star");
-    const Finished f = dump(dir, {{"TOPDIR", dir}}, {});
+    const RunResult f = dump(dir, {{"TOPDIR", dir}}, {});
     EXPECT_EQ(1, f.exitCode);
     EXPECT_NE(std::string::npos,
               f.err.find("Err: (initScene) Please input a list of .star files after movie "
@@ -67,7 +69,7 @@ TEST_F(SceneStart, FilesOnlyUnderTopdirAreFoundThereQuietly) {
     tree_ = writeSceneTree(dir + "/tree", "topdir.star");
     const std::string run = dir + "/elsewhere";
     std::filesystem::create_directories(run);
-    const Finished f = dump(run, {{"TOPDIR", tree_.root}}, {tree_.starFile});
+    const RunResult f = dump(run, {{"TOPDIR", tree_.root}}, {tree_.starFile});
     EXPECT_EQ(1, f.exitCode) << f.err;
     EXPECT_EQ(std::string::npos, f.err.find("failed to open")) << f.err;
     // The particles come from the data root: nothing is said about them.
@@ -88,7 +90,7 @@ TEST_F(SceneStart, TwoFoldersBelowTheTreeEverythingIsFoundWithoutTopdir) {
     tree_ = writeSceneTree(dir, "updir.star", 3);
     const std::string run = dir + "/a/b";
     std::filesystem::create_directories(run);
-    const Finished f = dump(run, {{"TOPDIR", std::nullopt}}, {tree_.starFile});
+    const RunResult f = dump(run, {{"TOPDIR", std::nullopt}}, {tree_.starFile});
     EXPECT_EQ(1, f.exitCode) << f.err;
     EXPECT_EQ(std::string::npos, f.err.find("Err")) << f.err;
     // A 3-record ephemeris with the default cache of 256 records is cached whole.
@@ -101,7 +103,7 @@ TEST_F(SceneStart, TwoFoldersBelowTheTreeEverythingIsFoundWithoutTopdir) {
 TEST_F(SceneStart, FromTheTreeItselfTheRelativePathsWorkAndSaySo) {
     const std::string dir = scratch("start_here");
     tree_ = writeSceneTree(dir, "here.star");
-    const Finished f = dump(dir, {{"TOPDIR", "/nonexistent"}}, {tree_.starFile});
+    const RunResult f = dump(dir, {{"TOPDIR", "/nonexistent"}}, {tree_.starFile});
     EXPECT_EQ(1, f.exitCode) << f.err;
     EXPECT_NE(std::string::npos,
               f.out.find("- 1 particles read from data/prtdata/SolarSystem/sun.prt\n"))
@@ -113,7 +115,7 @@ TEST_F(SceneStart, AMissingParameterFileNamesBothPlacesAndStops) {
     const std::string dir = scratch("start_noparam");
     tree_ = writeSceneTree(dir, "noparam.star");
     std::filesystem::remove(dir + "/data/stardata/skyrama.txt");
-    const Finished f = dump(dir, {{"TOPDIR", dir}}, {tree_.starFile});
+    const RunResult f = dump(dir, {{"TOPDIR", dir}}, {tree_.starFile});
     EXPECT_EQ(1, f.exitCode);
     EXPECT_NE(std::string::npos, f.err.find("Err: failed to open [data/stardata/skyrama.txt] or [" +
                                             dir + "/data/stardata/skyrama.txt]\n"))
@@ -125,7 +127,7 @@ TEST_F(SceneStart, BrokenDataSaysWhatIsWrongAndNeverCrashes) {
     const std::string dir = scratch("start_broken");
     tree_ = writeSceneTree(dir, "broken.star");
     writeFile(dir + "/data/stardata/broken.star", "NUM_STARS 2000000000\nSIZE 1 16.4894\n1 2\n");
-    Finished f = dump(dir, {{"TOPDIR", dir}}, {tree_.starFile});
+    RunResult f = dump(dir, {{"TOPDIR", dir}}, {tree_.starFile});
     EXPECT_EQ(1, f.exitCode);
     EXPECT_LT(f.exitCode, 128) << "ended by a signal";
     EXPECT_NE(std::string::npos, f.err.find("Err")) << f.err;

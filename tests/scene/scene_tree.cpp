@@ -1,11 +1,13 @@
 #include "tests/scene/scene_tree.h"
 
-#include "tests/scene/scene_program.h"
+#include "tests/support/scratch_files.h"
 #include "tests/solar/ephemeris_test_file.h"
 
 namespace scenetest {
 
 namespace {
+
+using testsupport::writeFile;
 
 const char* const kStars =
     "NUM_STARS 3\n"

@@ -2,7 +2,9 @@
 
 #include <GL/freeglut.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <thread>
 
 namespace testsupport {
 
@@ -27,7 +29,8 @@ bool openTestWindow(int width, int height) {
         glutReshapeWindow(width, height);
     }
     // Let the window appear and take its size before anything is drawn.
-    for (int i = 0; i < 5; ++i) glutMainLoopEvent();
+    for (int i = 0; i < 5; ++i)
+        glutMainLoopEvent();
     glViewport(0, 0, width, height);
     return true;
 }
@@ -44,6 +47,15 @@ std::vector<unsigned char> readBackRGB(int width, int height) {
 Rgb pixelAt(const std::vector<unsigned char>& rgb, int width, int x, int y) {
     size_t i = (static_cast<size_t>(y) * width + x) * 3;
     return {rgb[i], rgb[i + 1], rgb[i + 2]};
+}
+
+void pumpEvents(double seconds, int window) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (std::chrono::steady_clock::now() < end) {
+        glutPostWindowRedisplay(window);
+        glutMainLoopEvent();
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
 }
 
 }  // namespace testsupport

@@ -18,10 +18,14 @@ struct Rgb {
 };
 Rgb pixelAt(const std::vector<unsigned char>& rgb, int width, int x, int y);
 
+// Lets GLUT deliver events and draw frames for a while, asking each time round for a
+// redisplay of the window (a GLUT window id).
+void pumpEvents(double seconds, int window);
+
 }  // namespace testsupport
 
 // Skips the current test when no X display is available.
-#define SKYRAMA_REQUIRE_WINDOW(w, h)                                             \
-    do {                                                                         \
+#define SKYRAMA_REQUIRE_WINDOW(w, h)                                              \
+    do {                                                                          \
         if (!testsupport::openTestWindow((w), (h))) GTEST_SKIP() << "no display"; \
     } while (0)
