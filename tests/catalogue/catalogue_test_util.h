@@ -5,40 +5,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <string>
-#include <unistd.h>
+
+#include "tests/support/scratch_files.h"
 
 namespace cattest {
 
 // A scratch folder removed with its files when the test ends.
-class ScratchDir {
-  public:
-    ScratchDir() {
-        char pattern[] = "/tmp/skyrama-catalogue-XXXXXX";
-        const char* made = mkdtemp(pattern);
-        path_ = made != nullptr ? made : "/tmp";
-    }
-    ~ScratchDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
-    const std::string& path() const { return path_; }
-    std::string file(const std::string& name) const { return path_ + "/" + name; }
-    // Writes a file and returns its path.
-    std::string write(const std::string& name, const std::string& content) const {
-        std::string p = file(name);
-        std::ofstream out(p, std::ios::binary);
-        out << content;
-        return p;
-    }
-
-  private:
-    std::string path_;
-};
-
-inline std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
+using testsupport::readFile;
+using testsupport::ScratchDir;
 
 // What a call prints on the standard error stream.
 template <typename F>

@@ -5,31 +5,22 @@
 #include <string>
 #include <vector>
 
-// A fresh folder under /tmp, removed with everything in it when the object goes.
-class ScratchDir {
-  public:
-    ScratchDir();
-    ~ScratchDir();
-    ScratchDir(const ScratchDir&) = delete;
-    ScratchDir& operator=(const ScratchDir&) = delete;
-    const std::string& path() const { return path_; }
-    // Writes the file (creating its folders) and returns its full path.
-    std::string write(const std::string& relative, const std::string& bytes) const;
-    std::string write(const std::string& relative, const std::vector<unsigned char>& bytes) const;
+#include "tests/support/child_process.h"
+#include "tests/support/scratch_files.h"
 
-  private:
-    std::string path_;
-};
+// A fresh folder under the temporary folder, removed with everything in it when it goes.
+using testsupport::fileExists;
+using testsupport::ScratchDir;
 
-bool fileExists(const std::string& path);
+// The whole file; a DataError when it cannot be read.
 std::string readFile(const std::string& path);
+// The text of a data file, inflated when it is packed in the "EZ" container; "" when it
+// cannot be opened.
+std::string readDataText(const std::string& path);
 
-// Runs the command with its standard error captured; returns the exit code.
-struct RunResult {
-    int exitCode = -1;
-    std::string err, out;
-};
-RunResult runCommand(const std::string& command);
+// Runs a tool with these words (the first the tool's path), its output captured.
+using testsupport::RunResult;
+RunResult runCommand(const std::vector<std::string>& words);
 
 // Little-endian and big-endian byte helpers for building binary inputs.
 void putU32le(std::string& b, unsigned v);

@@ -197,7 +197,7 @@ TEST(EphemerisConverter, RefusesOtherEphemeridesAndDisorderedRows) {
     for (const Case& c : cases) {
         ScratchDir dir, out;
         writeTable(dir, c.dat, c.f0i);
-        RunResult r = runCommand(tool + " " + dir.path() + " " + out.path());
+        RunResult r = runCommand({tool, dir.path(), out.path()});
         EXPECT_EQ(r.exitCode, 1) << c.what;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.what << ": " << r.err;
         EXPECT_FALSE(fileExists(out.path() + "/ephemerisdata/binp_all.405")) << c.what;

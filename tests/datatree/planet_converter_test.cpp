@@ -142,19 +142,18 @@ TEST(PlanetConverter, BadCatalogueStopsWithoutOutput) {
     ScratchDir dir, out;
     std::string root = writeStarSources(dir);
     std::string json = dir.write("cat.json", "{\"stars\": {\"HD 1\": {\"smass\": 1, }}}");
-    RunResult r =
-        runCommand(std::string(DATATREE_PLANETS_TOOL) + " " + root + " " + out.path() + " " + json);
+    RunResult r = runCommand({DATATREE_PLANETS_TOOL, root, out.path(), json});
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_NE(r.err.find("cat.json: bad JSON at byte"), std::string::npos) << r.err;
     EXPECT_FALSE(fileExists(out.path() + "/stardata/exoplanets.txt"));
 
     json = dir.write("cat2.json", "{\"stars\": {\"HD 1\": {\"smass\": 1}}}");
-    r = runCommand(std::string(DATATREE_PLANETS_TOOL) + " " + root + " " + out.path() + " " + json);
+    r = runCommand({DATATREE_PLANETS_TOOL, root, out.path(), json});
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_NE(r.err.find("has no \"exoplanets\" list"), std::string::npos) << r.err;
 
     json = dir.write("cat3.json", kCatalogue);
-    r = runCommand(std::string(DATATREE_PLANETS_TOOL) + " " + root + " " + out.path() + " " + json);
+    r = runCommand({DATATREE_PLANETS_TOOL, root, out.path(), json});
     EXPECT_EQ(r.exitCode, 0) << r.err;
     EXPECT_TRUE(fileExists(out.path() + "/stardata/exoplanets.txt"));
 }

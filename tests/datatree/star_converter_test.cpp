@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "image/data_file.h"
 #include "tests/datatree/datatree_test_support.h"
 #include "tests/datatree/star_sources_fixture.h"
 #include "tools/datatree/core/sky_frames.h"
@@ -52,29 +51,17 @@ ParsedLine parse(const std::string& line) {
     return p;
 }
 
-std::string unpack(const std::string& path) {
-    FILE* f = openDataFile(path.c_str(), "rb");
-    if (!f) return "";
-    std::string text;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        text.append(buffer, n);
-    std::fclose(f);
-    return text;
-}
-
 }  // namespace
 
 TEST(StarConverter, WritesBothDatasetsFromTheSources) {
     ScratchDir sources, out;
     std::string root = writeStarSources(sources);
-    RunResult r = runCommand(starsTool() + " " + root + " " + out.path());
+    RunResult r = runCommand({starsTool(), root, out.path()});
     ASSERT_EQ(r.exitCode, 0) << r.err;
 
     std::string packed = readFile(out.path() + "/stardata/hipparcos.star");
     EXPECT_EQ(packed.substr(0, 2), "EZ");  // the full list is stored compressed
-    std::string all = unpack(out.path() + "/stardata/hipparcos.star");
+    std::string all = readDataText(out.path() + "/stardata/hipparcos.star");
     ASSERT_EQ(all.substr(0, 27), "NUM_STARS 3\nSIZE 1 16.4894\n");
     std::string near = readFile(out.path() + "/stardata/nearby.star");
     ASSERT_EQ(near.substr(0, 27), "NUM_STARS 2\nSIZE 1 16.4894\n");
@@ -113,7 +100,7 @@ TEST(StarConverter, WritesBothDatasetsFromTheSources) {
 TEST(StarConverter, VelocityErrorsShowWhetherTheRadialVelocityIsKnown) {
     ScratchDir sources, out;
     std::string root = writeStarSources(sources);
-    ASSERT_EQ(runCommand(starsTool() + " " + root + " " + out.path()).exitCode, 0);
+    ASSERT_EQ(runCommand({starsTool(), root, out.path()}).exitCode, 0);
     auto lines = dataLines(readFile(out.path() + "/stardata/nearby.star"));
     ParsedLine sirius = parse(lines[0]);
     // Sirius has a radial velocity in the bright-star list: every component is known to a
@@ -122,7 +109,7 @@ TEST(StarConverter, VelocityErrorsShowWhetherTheRadialVelocityIsKnown) {
         EXPECT_LT(sirius.f[7 + i] * std::fabs(sirius.f[4 + i]), 3.0);
 
     // The far star has none: along its line of sight the error is the assumed 30 km/s.
-    auto all = dataLines(unpack(out.path() + "/stardata/hipparcos.star"));
+    auto all = dataLines(readDataText(out.path() + "/stardata/hipparcos.star"));
     ParsedLine far = parse(all[2]);
     Vec3 sight = normalized({far.f[0], far.f[1], far.f[2]});
     int dominant = 0;
@@ -164,7 +151,7 @@ TEST(StarConverter, DamagedSourcesStopWithAMessageAndWriteNothing) {
         ScratchDir sources, out;
         std::string root = writeStarSources(sources);
         sources.write(c.file, c.bytes);
-        RunResult r = runCommand(starsTool() + " " + root + " " + out.path());
+        RunResult r = runCommand({starsTool(), root, out.path()});
         EXPECT_EQ(r.exitCode, 1) << c.what;
         EXPECT_NE(r.err.find("datatree_stars: error: "), std::string::npos)
             << c.what << ": " << r.err;
@@ -177,20 +164,20 @@ TEST(StarConverter, DamagedSourcesStopWithAMessageAndWriteNothing) {
 TEST(StarConverter, AFailedRunKeepsTheFilesOfTheLastGoodOne) {
     ScratchDir sources, out;
     std::string root = writeStarSources(sources);
-    ASSERT_EQ(runCommand(starsTool() + " " + root + " " + out.path()).exitCode, 0);
+    ASSERT_EQ(runCommand({starsTool(), root, out.path()}).exitCode, 0);
     std::string before = readFile(out.path() + "/stardata/nearby.star");
     sources.write("package/data/stars.14.json", "{\"features\": [");
-    EXPECT_EQ(runCommand(starsTool() + " " + root + " " + out.path()).exitCode, 1);
+    EXPECT_EQ(runCommand({starsTool(), root, out.path()}).exitCode, 1);
     EXPECT_EQ(readFile(out.path() + "/stardata/nearby.star"), before);
     EXPECT_FALSE(fileExists(out.path() + "/stardata/nearby.star.tmp"));
 }
 
 TEST(StarConverter, WrongArgumentsPrintUsage) {
-    RunResult r = runCommand(starsTool());
+    RunResult r = runCommand({starsTool()});
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_EQ(r.err, "usage: datatree_stars <unpacked-sources> <data-dir>\n");
     ScratchDir empty, out;
-    r = runCommand(starsTool() + " " + empty.path() + " " + out.path());
+    r = runCommand({starsTool(), empty.path(), out.path()});
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_NE(r.err.find("cannot open ["), std::string::npos) << r.err;
 }

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 
-#include "image/data_file.h"
 #include "tests/datatree/datatree_test_support.h"
 
 std::string dataRoot() {
@@ -55,16 +54,4 @@ bool requireDataTree() {
     ADD_FAILURE() << "build the data tree first (cmake --build <build-dir> --target data); missing:"
                   << missing;
     return false;
-}
-
-std::string readDataText(const std::string& path) {
-    FILE* f = openDataFile(path.c_str(), "rb");
-    if (!f) return "";
-    std::string text;
-    char buffer[65536];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        text.append(buffer, n);
-    std::fclose(f);
-    return text;
 }

@@ -13,6 +13,3 @@ const std::vector<std::string>& generatedFiles();
 // Fails the current test with "build the data tree first ..." unless every generated file is
 // there; returns whether the tree is complete.
 bool requireDataTree();
-
-// The text of a data file, inflated when it is packed in the "EZ" container.
-std::string readDataText(const std::string& path);

@@ -4,28 +4,18 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
+
+#include "tests/support/scratch_files.h"
 
 namespace imagetest {
 
 using Bytes = std::vector<unsigned char>;
 
 // A fresh folder below the system's temporary folder, removed with its files at the end.
-class ScratchDir {
-  public:
-    ScratchDir() {
-        char pattern[] = "/tmp/skyrama-image-XXXXXX";
-        const char* made = mkdtemp(pattern);
-        path_ = made != nullptr ? made : "/tmp";
-    }
-    ~ScratchDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
-    std::string file(const std::string& name) const { return path_ + "/" + name; }
-
-  private:
-    std::string path_;
-};
+using testsupport::fileExists;
+using testsupport::ScratchDir;
 
 inline void writeFile(const std::string& name, const Bytes& bytes) {
     FILE* f = std::fopen(name.c_str(), "wb");
@@ -54,13 +44,6 @@ inline Bytes readFile(const std::string& name) {
     Bytes bytes = readAll(f);
     std::fclose(f);
     return bytes;
-}
-
-inline bool fileExists(const std::string& name) {
-    FILE* f = std::fopen(name.c_str(), "rb");
-    if (f == nullptr) return false;
-    std::fclose(f);
-    return true;
 }
 
 inline Bytes concat(const std::string& text, const Bytes& data) {

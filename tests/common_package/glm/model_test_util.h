@@ -4,27 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
+
+#include "tests/support/scratch_files.h"
 
 namespace modeltest {
 
 // A fresh folder below the system's temporary folder, removed with its files at the end.
-class ScratchDir {
-  public:
-    ScratchDir() {
-        char pattern[] = "/tmp/skyrama-models-XXXXXX";
-        const char* made = mkdtemp(pattern);
-        path_ = made != nullptr ? made : "/tmp";
-    }
-    ~ScratchDir() { std::system(("rm -rf '" + path_ + "'").c_str()); }
-    const std::string& path() const { return path_; }
-    std::string file(const std::string& name) const { return path_ + "/" + name; }
-
-  private:
-    std::string path_;
-};
+using testsupport::ScratchDir;
 
 inline void writeText(const std::string& name, const std::string& text) {
     FILE* f = std::fopen(name.c_str(), "wb");
@@ -34,15 +22,7 @@ inline void writeText(const std::string& name, const std::string& text) {
 }
 
 inline std::string readText(const std::string& name) {
-    std::string text;
-    FILE* f = std::fopen(name.c_str(), "rb");
-    if (f == nullptr) return text;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
-        text.append(buffer, n);
-    std::fclose(f);
-    return text;
+    return testsupport::readFile(name);
 }
 
 // A binary PNM: "P5" for one component, "P6" for three.
