@@ -28,14 +28,37 @@ std::string numberedName(const std::string& head, long long number) {
     return head + "." + digits + ".pnm";
 }
 
-void writeFrame(const std::string& head, long long number, const unsigned char* image, int width,
-                int height) {
+// The file name of a frame, announced; "" (and the missing head said) without a head.
+std::string announceFrame(const std::string& head, long long number) {
     if (head.empty()) {
         std::fprintf(stderr, "Err (dumpFrame): header is null.\n");
-        return;
+        return "";
     }
     const std::string name = numberedName(head, number);
     std::fprintf(stderr, "write frame to [%s]\n", name.c_str());
+    return name;
+}
+
+[[noreturn]] void endAfterFailedWrite(const std::string& name) {
+    std::fprintf(stderr, "Err : writing to [%s]\n", name.c_str());
+    endProcess(1);
+}
+
+// Gives buffer the size of a frame; false, with the message, when memory runs out.
+bool allocateFrame(std::vector<unsigned char>& buffer, std::size_t bytes) {
+    try {
+        buffer.resize(bytes);
+        return true;
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "Err: failed to allocate buffer for movie making.\n\n");
+        return false;
+    }
+}
+
+void writeFrame(const std::string& head, long long number, const unsigned char* image, int width,
+                int height) {
+    const std::string name = announceFrame(head, number);
+    if (name.empty()) return;
     const int written = writePNM(name.c_str(), "P6", width, height, 255, image);
     if (gzipFrames) {
         // The file name goes to gzip as one word, never through a command interpreter; -f
@@ -43,10 +66,7 @@ void writeFrame(const std::string& head, long long number, const unsigned char* 
         std::fprintf(stderr, "Run [gzip %s]\n", name.c_str());
         platform::runCommand({"gzip", "-f", "--", name});
     }
-    if (written != 1) {
-        std::fprintf(stderr, "Err : writing to [%s]\n", name.c_str());
-        endProcess(1);
-    }
+    if (written != 1) endAfterFailedWrite(name);
 }
 
 }  // namespace
@@ -62,18 +82,11 @@ void dumpMovie(bool silent) {
     const std::size_t frameBytes = static_cast<std::size_t>(std::max(width, 0)) *
                                    static_cast<std::size_t>(std::max(height, 0)) * 3;
     std::vector<unsigned char> frame;
-    try {
-        frame.resize(frameBytes);
-    } catch (const std::bad_alloc&) {
-        std::fprintf(stderr, "Err: failed to allocate buffer for movie making.\n\n");
-        return;
-    }
+    if (!allocateFrame(frame, frameBytes)) return;
     // Each frame's file is written while the next frame renders.
     FrameWriter writer;
     const auto endOnFailure = [&writer] {
-        if (writer.finish()) return;
-        std::fprintf(stderr, "Err : writing to [%s]\n", writer.failedFile().c_str());
-        endProcess(1);
+        if (!writer.finish()) endAfterFailedWrite(writer.failedFile());
     };
     const int total = movie->totalNumFrame();
     long long n = frameSkip;
@@ -99,19 +112,11 @@ void dumpMovie(bool silent) {
             frame.assign(jittered.image().begin(), jittered.image().end());
         }
         endOnFailure();
-        if (movieFileHead.empty()) {
-            std::fprintf(stderr, "Err (dumpFrame): header is null.\n");
-        } else {
-            const std::string name = numberedName(movieFileHead, number);
-            std::fprintf(stderr, "write frame to [%s]\n", name.c_str());
+        const std::string name = announceFrame(movieFileHead, number);
+        if (!name.empty()) {
             if (gzipFrames) std::fprintf(stderr, "Run [gzip %s]\n", name.c_str());
             std::vector<unsigned char> next;
-            try {
-                next.resize(frameBytes);
-            } catch (const std::bad_alloc&) {
-                std::fprintf(stderr, "Err: failed to allocate buffer for movie making.\n\n");
-                break;
-            }
+            if (!allocateFrame(next, frameBytes)) break;
             next.swap(frame);  // the writer owns this frame's pixels now
             writer.write(name, std::move(next), w, h, gzipFrames);
         }
