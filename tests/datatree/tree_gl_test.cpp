@@ -35,16 +35,11 @@ constexpr int kSize = 64;
 double brightnessTowards(GLMmodel* model, double dx, double dy, double dz, double ux, double uy,
                          double uz) {
     glViewport(0, 0, kSize, kSize);
-    glClearColor(0, 0, 0, 0);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    testsupport::clearTo(0, 0, 0, 0);
     glDisable(GL_LIGHTING);
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_CULL_FACE);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    gluPerspective(40.0, 1.0, 0.01, 10.0);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
+    testsupport::perspectiveCamera(40.0, 1.0, 0.01, 10.0);
     gluLookAt(0, 0, 0, dx, dy, dz, ux, uy, uz);
     glColor4f(1, 1, 1, 1);
     glmDraw(model, GLM_TEXTURE | GLM_COLOR);

@@ -113,11 +113,7 @@ class OverlayDrawing : public testing::Test {
     }
     static void lookAt(double fovy, std::array<double, 3> eye, std::array<double, 3> centre,
                        std::array<double, 3> up) {
-        glMatrixMode(GL_PROJECTION);
-        glLoadIdentity();
-        gluPerspective(fovy, 1.0, 0.01, 10000.0);
-        glMatrixMode(GL_MODELVIEW);
-        glLoadIdentity();
+        testsupport::perspectiveCamera(fovy, 1.0, 0.01, 10000.0);
         gluLookAt(eye[0], eye[1], eye[2], centre[0], centre[1], centre[2], up[0], up[1], up[2]);
     }
     // Window position of a point under the current matrices (y from the bottom).
@@ -204,11 +200,7 @@ TEST_F(OverlayDrawing, PowerCubesFadeWithTheirDistanceFromTheEye) {
 }
 
 TEST_F(OverlayDrawing, PowerLabelIsCentredAndRaisesItsExponent) {
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    gluOrtho2D(-200.0, 200.0, -200.0, 200.0);  // two font units per pixel
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
+    testsupport::orthoCamera(-200.0, 200.0, -200.0, 200.0, -1, 1);  // two font units per pixel
     glDepthFunc(GL_ALWAYS);
     drawPowerLabel(0, 0.8f, "m");
     EXPECT_EQ(depthFunc(), GL_LESS);

@@ -18,11 +18,7 @@ constexpr int kHeight = 48;
 
 void ortho() {
     glViewport(0, 0, kWidth, kHeight);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    gluOrtho2D(0, kWidth, 0, kHeight);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
+    testsupport::orthoCamera(0, kWidth, 0, kHeight, -1, 1);
 }
 
 // Black, with the top half red and the bottom-left pixel green.
@@ -93,11 +89,7 @@ TEST(Depth, WrittenDepthReadsBackAndSizesMustMatch) {
 TEST(Depth, ReadDepthGivesDistancesFromTheEye) {
     SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);
     glViewport(0, 0, kWidth, kHeight);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    gluPerspective(60, double(kWidth) / kHeight, 1, 100);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
+    testsupport::perspectiveCamera(60, double(kWidth) / kHeight, 1, 100);
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LESS);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);

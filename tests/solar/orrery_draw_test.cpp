@@ -34,17 +34,12 @@ constexpr long long kJ2000Gmt = 946728000;
 // showing halfWidth units either side.
 void beginFrame(double halfWidth, bool fromSide = false) {
     glViewport(0, 0, kSize, kSize);
-    glClearColor(0, 0, 0, 0);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    testsupport::clearTo(0, 0, 0, 0);
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LESS);
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glOrtho(-halfWidth, halfWidth, -halfWidth, halfWidth, -1e4, 1e4);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
+    testsupport::orthoCamera(-halfWidth, halfWidth, -halfWidth, halfWidth, -1e4, 1e4);
     if (fromSide)
         gluLookAt(10, 0, 0, 0, 0, 0, 0, 0, 1);
     else

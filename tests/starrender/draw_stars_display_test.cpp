@@ -23,13 +23,8 @@ constexpr float kOneDegreeMag = 0.8643f;
 // Black window; camera at the origin looking down -z; one drawing unit is one parsec.
 void setUpView() {
     glViewport(0, 0, kSize, kSize);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    gluPerspective(kFovy, 1.0, 0.01, 10000.0);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    glClearColor(0, 0, 0, 0);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    testsupport::perspectiveCamera(kFovy, 1.0, 0.01, 10000.0);
+    testsupport::clearTo(0, 0, 0, 0);
     glEnable(GL_DEPTH_TEST);
 }
 

@@ -56,15 +56,10 @@ class DrawnLabels : public ::testing::Test {
         cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(stars.c_str(), 1, 1), 1); });
         ASSERT_EQ(list.setLabelScale(10.0f), 1);
         glViewport(0, 0, kSize, kSize);
-        glMatrixMode(GL_PROJECTION);
-        glLoadIdentity();
-        gluPerspective(90.0, 1.0, 0.001, 1e6);
-        glMatrixMode(GL_MODELVIEW);
-        glLoadIdentity();
+        testsupport::perspectiveCamera(90.0, 1.0, 0.001, 1e6);
         glDisable(GL_DEPTH_TEST);
         glDisable(GL_BLEND);
-        glClearColor(0, 0, 0, 1);
-        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        testsupport::clearTo(0, 0, 0, 1);
         glColor3f(0.8f, 0.8f, 0.8f);
     }
 

@@ -49,6 +49,34 @@ Rgb pixelAt(const std::vector<unsigned char>& rgb, int width, int x, int y) {
     return {rgb[i], rgb[i + 1], rgb[i + 2]};
 }
 
+namespace {
+
+void identityModelview() {
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+}
+
+}  // namespace
+
+void perspectiveCamera(double fovy, double aspect, double zNear, double zFar) {
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    gluPerspective(fovy, aspect, zNear, zFar);
+    identityModelview();
+}
+
+void orthoCamera(double left, double right, double bottom, double top, double zNear, double zFar) {
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrtho(left, right, bottom, top, zNear, zFar);
+    identityModelview();
+}
+
+void clearTo(float r, float g, float b, float a) {
+    glClearColor(r, g, b, a);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
 void pumpEvents(double seconds, int window) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     while (std::chrono::steady_clock::now() < end) {

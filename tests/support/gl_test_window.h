@@ -18,6 +18,13 @@ struct Rgb {
 };
 Rgb pixelAt(const std::vector<unsigned char>& rgb, int width, int x, int y);
 
+// Cameras for drawing tests: the projection given (gluPerspective, glOrtho) and an identity
+// model-view; the matrix mode is left at GL_MODELVIEW.
+void perspectiveCamera(double fovy, double aspect, double zNear, double zFar);
+void orthoCamera(double left, double right, double bottom, double top, double zNear, double zFar);
+// The colour and depth buffers cleared, to this colour.
+void clearTo(float r, float g, float b, float a);
+
 // Lets GLUT deliver events and draw frames for a while, asking each time round for a
 // redisplay of the window (a GLUT window id).
 void pumpEvents(double seconds, int window);

@@ -257,11 +257,7 @@ TEST_F(ModelDrawing, DepthSortDrawsFarthestOrNearestFirst) {
 
     // Moving the eye behind the far triangle turns the order round.
     glTranslatef(0, 0, -3);
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glOrtho(-2, 2, -2, 2, -4, 4);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
+    testsupport::orthoCamera(-2, 2, -2, 2, -4, 4);
     glRotatef(180, 0, 1, 0);
     glTranslatef(0, 0, 3);  // the eye at (0, 0, -3) in model coordinates
     CaptureStderr();

@@ -27,15 +27,13 @@ class ParticleDrawing : public testing::Test {
   protected:
     void SetUp() override {
         SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
-        glMatrixMode(GL_PROJECTION);
-        glLoadIdentity();
-        gluPerspective(60.0, 1.0, 0.01, 10000.0);  // the viewer's own near and far planes
+        // The viewer's own near and far planes.
+        testsupport::perspectiveCamera(60.0, 1.0, 0.01, 10000.0);
         lookFrom(3.0f);
         glDisable(GL_LIGHTING);
         glDisable(GL_BLEND);
         glDisable(GL_DEPTH_TEST);
-        glClearColor(0, 0, 0, 1);
-        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        testsupport::clearTo(0, 0, 0, 1);
     }
 
     // The eye on the z axis looking at the origin.
