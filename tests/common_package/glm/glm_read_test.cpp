@@ -354,17 +354,10 @@ TEST(ObjFiles, DirectoryNames) {
     EXPECT_EQ(glmDirName("/"), "/");
 }
 
-namespace {
-int allocations = 0, releases = 0;
-void* countingAllocate(std::size_t bytes) {
-    allocations++;
-    return std::malloc(bytes);
-}
-void countedRelease(void* p) {
-    if (p != nullptr) releases++;
-    std::free(p);
-}
-}  // namespace
+using modeltest::allocations;
+using modeltest::countedRelease;
+using modeltest::countingAllocate;
+using modeltest::releases;
 
 TEST(ObjFiles, ModelsUseTheAllocatorPairTheyWereMadeWith) {
     ScratchDir dir;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,17 @@ inline std::vector<unsigned char> filled(int width, int height, std::vector<unsi
     for (int i = 0; i < width * height; i++)
         pixels.insert(pixels.end(), color.begin(), color.end());
     return pixels;
+}
+
+// An allocate/release pair for the libraries' replaceable allocators that counts its calls.
+inline int allocations = 0, releases = 0;
+inline void* countingAllocate(std::size_t bytes) {
+    allocations++;
+    return std::malloc(bytes);
+}
+inline void countedRelease(void* p) {
+    if (p != nullptr) releases++;
+    std::free(p);
 }
 
 // The number of times text occurs in haystack.

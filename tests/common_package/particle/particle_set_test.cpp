@@ -302,17 +302,10 @@ TEST(ParticleFiles, HeaderErrorsNeedNoWindow) {
     EXPECT_EQ(GetCapturedStderr(), "Err : can't open [" + dir.file("none.prt") + "] for reading\n");
 }
 
-namespace {
-int allocations = 0, releases = 0;
-void* countingAllocate(std::size_t bytes) {
-    allocations++;
-    return std::malloc(bytes);
-}
-void countedRelease(void* p) {
-    if (p != nullptr) releases++;
-    std::free(p);
-}
-}  // namespace
+using modeltest::allocations;
+using modeltest::countedRelease;
+using modeltest::countingAllocate;
+using modeltest::releases;
 
 TEST(ParticleAccessors, ArraysAndTreeGoThroughTheListsAllocator) {
     {
