@@ -1,46 +1,56 @@
 #pragma once
-// Scratch files and small fixtures for the model and particle tests.
+// Scratch files, small images, model handles and captured messages for the model and
+// particle tests.
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "common_package/glm/src/glm.h"
 #include "tests/support/scratch_files.h"
 
 namespace modeltest {
 
-// A fresh folder below the system's temporary folder, removed with its files at the end.
+using testsupport::readFile;
 using testsupport::ScratchDir;
 
-inline void writeText(const std::string& name, const std::string& text) {
-    FILE* f = std::fopen(name.c_str(), "wb");
-    ASSERT_NE(f, nullptr) << name;
-    std::fwrite(text.data(), 1, text.size(), f);
-    std::fclose(f);
+struct ModelDeleter {
+    void operator()(GLMmodel* m) const { glmDelete(m); }
+};
+using ModelPtr = std::unique_ptr<GLMmodel, ModelDeleter>;
+
+inline void writeText(const std::string& path, const std::string& text) {
+    ASSERT_TRUE(testsupport::writeFile(path, text)) << path;
 }
 
-inline std::string readText(const std::string& name) {
-    return testsupport::readFile(name);
+// Writes text as the file name in dir and reads it with glmReadOBJ.
+inline ModelPtr readModel(const ScratchDir& dir, const std::string& text,
+                          const std::string& name = "model.obj") {
+    writeText(dir.file(name), text);
+    return ModelPtr(glmReadOBJ(dir.file(name).c_str()));
 }
 
-// A binary PNM: "P5" for one component, "P6" for three.
-inline void writePnm(const std::string& name, int width, int height, int components,
+// What a call prints on standard error.
+template <class Call>
+std::string stderrOf(Call&& call) {
+    testing::internal::CaptureStderr();
+    call();
+    return testing::internal::GetCapturedStderr();
+}
+
+// A binary PNM ("P5" for one component, "P6" for three); pixels of one pixel's size fill
+// the whole image with that colour.
+inline void writePnm(const std::string& path, int width, int height, int components,
                      const std::vector<unsigned char>& pixels) {
     std::string text = (components == 1 ? "P5\n" : "P6\n") + std::to_string(width) + " " +
                        std::to_string(height) + "\n255\n";
-    text.append(pixels.begin(), pixels.end());
-    writeText(name, text);
-}
-
-// An image of one colour.
-inline std::vector<unsigned char> filled(int width, int height, std::vector<unsigned char> color) {
-    std::vector<unsigned char> pixels;
-    for (int i = 0; i < width * height; i++)
-        pixels.insert(pixels.end(), color.begin(), color.end());
-    return pixels;
+    const bool fill = pixels.size() == static_cast<std::size_t>(components);
+    for (int i = 0; i < (fill ? width * height : 1); i++)
+        text.append(pixels.begin(), pixels.end());
+    writeText(path, text);
 }
 
 // An allocate/release pair for the libraries' replaceable allocators that counts its calls.
@@ -52,15 +62,6 @@ inline void* countingAllocate(std::size_t bytes) {
 inline void countedRelease(void* p) {
     if (p != nullptr) releases++;
     std::free(p);
-}
-
-// The number of times text occurs in haystack.
-inline int countOf(const std::string& haystack, const std::string& text) {
-    int n = 0;
-    for (std::size_t p = haystack.find(text); p != std::string::npos;
-         p = haystack.find(text, p + text.size()))
-        n++;
-    return n;
 }
 
 }  // namespace modeltest

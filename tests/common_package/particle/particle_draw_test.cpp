@@ -12,10 +12,7 @@
 #include "tests/common_package/glm/model_test_util.h"
 #include "tests/support/gl_test_window.h"
 
-using modeltest::ScratchDir;
-using modeltest::writeText;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
+using namespace modeltest;
 using testsupport::pixelAt;
 using testsupport::readBackRGB;
 
@@ -47,18 +44,22 @@ class ParticleDrawing : public testing::Test {
     void readSet(const std::string& particles, int count) {
         writeText(dir_.file("s.prt"), "PARTICLE " + std::to_string(count) +
                                           " 1 0\ntexture t gaussian 255 40\n" + particles);
-        CaptureStderr();
-        ASSERT_EQ(list_.read(dir_.file("s.prt").c_str()), 1);
-        GetCapturedStderr();
+        stderrOf([&] { ASSERT_EQ(list_.read(dir_.file("s.prt").c_str()), 1); });
     }
 
-    testsupport::Rgb centre() { return pixelAt(readBackRGB(kSize, kSize), kSize, 32, 32); }
+    // Draws with the mode after clearing; the pixel at the centre.
+    testsupport::Rgb drawn(int mode, double logScale = 0.0) {
+        glClear(GL_COLOR_BUFFER_BIT);
+        list_.render(mode, logScale);
+        return pixelAt(readBackRGB(kSize, kSize), kSize, 32, 32);
+    }
 
     ScratchDir dir_;
     ParticleList list_;
 };
 
-int litPixels(const std::vector<unsigned char>& rgb) {
+int litPixels() {
+    std::vector<unsigned char> rgb = readBackRGB(kSize, kSize);
     int n = 0;
     for (std::size_t i = 0; i < rgb.size(); i += 3)
         n += rgb[i] + rgb[i + 1] + rgb[i + 2] > 30;
@@ -90,16 +91,9 @@ TEST_F(ParticleDrawing, NearerSpritesAreDrawnLastInEveryOrder) {
     for (int mode : {PARTICLE_SPRITES_BSP, PARTICLE_SPRITES_SORTED}) {
         for (float eyeZ : {3.0f, -3.0f}) {
             lookFrom(eyeZ);
-            glClear(GL_COLOR_BUFFER_BIT);
-            list_.render(mode, 0.0);
-            testsupport::Rgb c = centre();
-            if (eyeZ > 0) {
-                EXPECT_GT(c.g, 200) << mode;
-                EXPECT_LT(c.r, 20) << mode;
-            } else {
-                EXPECT_GT(c.r, 200) << mode;
-                EXPECT_LT(c.g, 20) << mode;
-            }
+            testsupport::Rgb c = drawn(mode);
+            EXPECT_GT(eyeZ > 0 ? c.g : c.r, 200) << mode << " from " << eyeZ;
+            EXPECT_LT(eyeZ > 0 ? c.r : c.g, 20) << mode << " from " << eyeZ;
         }
     }
 }
@@ -107,55 +101,42 @@ TEST_F(ParticleDrawing, NearerSpritesAreDrawnLastInEveryOrder) {
 TEST_F(ParticleDrawing, PointsFlagsTintAndRange) {
     readSet("0 0 0 1 0 0 1 1 t\n", 1);
     glPointSize(5.0f);
-    list_.render(PARTICLE_POINTS, 0.0);
-    testsupport::Rgb c = centre();
-    EXPECT_GT(c.b, 200);
+    EXPECT_GT(drawn(PARTICLE_POINTS).b, 200);
     EXPECT_LT(pixelAt(readBackRGB(kSize, kSize), kSize, 40, 32).b, 10);  // a point, not a sprite
-    glClear(GL_COLOR_BUFFER_BIT);
-    list_.render(PARTICLE_POINTS_BSP, 0.0);
-    EXPECT_GT(centre().b, 200);
+    EXPECT_GT(drawn(PARTICLE_POINTS_BSP).b, 200);
 
-    glClear(GL_COLOR_BUFFER_BIT);
     list_.setTuneColor(1, 1, 0, 1);  // blue tinted away
-    list_.render(PARTICLE_SPRITES_SORTED, 0.0);
-    EXPECT_LT(centre().b, 10);
+    EXPECT_LT(drawn(PARTICLE_SPRITES_SORTED).b, 10);
     list_.setTuneColor(1, 1, 1, 1);
-
-    glClear(GL_COLOR_BUFFER_BIT);
     list_.setDraw(false);
-    list_.render(PARTICLE_SPRITES_SORTED, 0.0);
-    EXPECT_EQ(litPixels(readBackRGB(kSize, kSize)), 0);
+    drawn(PARTICLE_SPRITES_SORTED);
+    EXPECT_EQ(litPixels(), 0);
     list_.setDraw(true);
 
     ASSERT_EQ(list_.setZRange(1.0, 2.0), 1);
-    list_.render(PARTICLE_SPRITES_BSP, 0.0);  // 0 is outside the range
-    EXPECT_EQ(litPixels(readBackRGB(kSize, kSize)), 0);
-    list_.render(PARTICLE_SPRITES_BSP, 1.0);
-    EXPECT_GT(litPixels(readBackRGB(kSize, kSize)), 0);
-    list_.clearZRange();
+    drawn(PARTICLE_SPRITES_BSP, 0.0);  // 0 is outside the range
+    EXPECT_EQ(litPixels(), 0);
+    drawn(PARTICLE_SPRITES_BSP, 1.0);
+    EXPECT_GT(litPixels(), 0);
 }
 
 TEST_F(ParticleDrawing, DepthCompressionAndTheReferenceScale) {
     // A particle 10^6 metres away at log scale 0 lies beyond 10^3.5 units: compressed to
     // about 10^3.53 units, with its size shrunk by the same factor, it looks the same.
     readSet("0 0 -1e6 2e5 1 1 1 1 t\n", 1);
-    list_.render(PARTICLE_SPRITES_SORTED, 0.0);
-    int far = litPixels(readBackRGB(kSize, kSize));
+    drawn(PARTICLE_SPRITES_SORTED);
+    int far = litPixels();
     EXPECT_GT(far, 30);
     EXPECT_LT(far, kSize * kSize);
-
     // Below the reference scale sprites keep the size they have at the reference scale.
     glClear(GL_COLOR_BUFFER_BIT);
     list_.render(PARTICLE_SPRITES_SORTED, 0.0, 1.0);
-    int smaller = litPixels(readBackRGB(kSize, kSize));
-    EXPECT_LT(smaller, far / 10);
+    EXPECT_LT(litPixels(), far / 10);
 }
 
 TEST_F(ParticleDrawing, RandomSetWithAGaussianTexture) {
     ASSERT_EQ(list_.createTextureGauss(255, 8.0f), 0);
-    CaptureStderr();
-    ASSERT_EQ(list_.createRandomParticles(200), 1);
-    GetCapturedStderr();
+    stderrOf([&] { ASSERT_EQ(list_.createRandomParticles(200), 1); });
     ASSERT_EQ(list_.setParticleScale(20.0), 1);  // sizes 0.03 - 0.05 would be under a pixel
     Particle p;
     list_.getParticle(0, &p);
@@ -163,15 +144,15 @@ TEST_F(ParticleDrawing, RandomSetWithAGaussianTexture) {
     EXPECT_EQ(p.valid, 1);
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    list_.render(PARTICLE_SPRITES_SORTED | PARTICLE_DEPTH_TEST | PARTICLE_NO_DEPTH_WRITE, 0.0);
-    EXPECT_GT(litPixels(readBackRGB(kSize, kSize)), 100);
+    drawn(PARTICLE_SPRITES_SORTED | PARTICLE_DEPTH_TEST | PARTICLE_NO_DEPTH_WRITE);
+    EXPECT_GT(litPixels(), 100);
     glDisable(GL_BLEND);
 
-    CaptureStderr();
-    EXPECT_EQ(list_.createTextureGauss(999, 1, 1.0f), -1);
-    EXPECT_EQ(list_.createTextureGauss(300, 1.0f), -1);
-    list_.render_boundsphere(0.0, 500, 8);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(stderrOf([&] {
+                  EXPECT_EQ(list_.createTextureGauss(999, 1, 1.0f), -1);
+                  EXPECT_EQ(list_.createTextureGauss(300, 1.0f), -1);
+                  list_.render_boundsphere(0.0, 500, 8);
+              }),
               "Err (ParticleList::createTextureGauss): failed to find existing tex name.\n"
               "Err (ParticleList::createTextureGauss): c should be in [0,255] and sigma "
               "positive.\n"

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -13,75 +13,57 @@
 #include "common_package/particle/src/particle_list.h"
 #include "tests/common_package/glm/model_test_util.h"
 
-using modeltest::ScratchDir;
-using modeltest::writeText;
-using testing::internal::CaptureStderr;
-using testing::internal::GetCapturedStderr;
+using namespace modeltest;
 
 namespace {
 
-// Leaves reached from node, and the deepest level.
-void walk(const BSPNode* node, int depth, std::multiset<int>* leaves, int* deepest) {
-    if (node == nullptr) return;
-    *deepest = std::max(*deepest, depth);
+// Checks the tree below node (leaves hold no children, inner nodes no particle, offsets are
+// not negative); collects the leaves and returns the depth.
+int walk(const BSPNode* node, std::multiset<int>* leaves) {
+    if (node == nullptr) return 0;
     if (node->leaf) {
         leaves->insert(node->index);
         EXPECT_EQ(node->front, nullptr);
-        return;
+        return 0;
     }
     EXPECT_EQ(node->index, -1);
     EXPECT_GE(node->plane[3], 0.0);
-    walk(node->front, depth + 1, leaves, deepest);
-    walk(node->back, depth + 1, leaves, deepest);
+    return 1 + std::max(walk(node->front, leaves), walk(node->back, leaves));
 }
 
-// Every particle is a leaf exactly once; returns the depth.
-int checkTree(const ParticleList& list) {
-    std::multiset<int> leaves;
-    int deepest = 0;
-    walk(list.getBSPRoot(), 0, &leaves, &deepest);
-    EXPECT_EQ(static_cast<int>(leaves.size()), list.getNumParticles());
-    for (int i = 0; i < list.getNumParticles(); i++)
-        EXPECT_EQ(leaves.count(i), 1u) << i;
-    return deepest;
-}
-
-// Fills a list with particles at the given positions (metres, exponent 0).
-void placeParticles(ParticleList* list, const std::vector<std::array<double, 3>>& positions) {
-    CaptureStderr();
-    ASSERT_EQ(list->createRandomParticles(static_cast<int>(positions.size())), 1);
-    for (std::size_t i = 0; i < positions.size(); i++) {
-        Particle p;
-        ASSERT_EQ(list->getParticle(static_cast<int>(i), &p), 1);
-        for (int k = 0; k < 3; k++)
-            p.pos[k] = p.currPos[k] = positions[i][k];
-        ASSERT_EQ(list->setParticle(static_cast<int>(i), &p), 1);
-    }
-    GetCapturedStderr();
-}
-
+// Builds a tree over every particle of the list, checks that each is a leaf exactly once
+// and returns the depth; the tree is left in root.
 int buildTree(ParticleList* list, BSPNode** root) {
     std::vector<int> indices(list->getNumParticles());
     for (int i = 0; i < list->getNumParticles(); i++)
         indices[i] = i;
     *root = list->BSPBuild(indices.data(), static_cast<int>(indices.size()));
     std::multiset<int> leaves;
-    int deepest = 0;
-    walk(*root, 0, &leaves, &deepest);
-    EXPECT_EQ(static_cast<int>(leaves.size()), list->getNumParticles());
-    return deepest;
+    int depth = walk(*root, &leaves);
+    EXPECT_EQ(leaves, std::multiset<int>(indices.begin(), indices.end()));
+    return depth;
+}
+
+// Fills a list with particles at the given positions (metres, exponent 0).
+void placeParticles(ParticleList* list, const std::vector<std::array<double, 3>>& positions) {
+    stderrOf([&] { ASSERT_EQ(list->createRandomParticles(int(positions.size())), 1); });
+    for (std::size_t i = 0; i < positions.size(); i++) {
+        Particle p;
+        ASSERT_EQ(list->getParticle(int(i), &p), 1);
+        for (int k = 0; k < 3; k++)
+            p.pos[k] = p.currPos[k] = positions[i][k];
+        ASSERT_EQ(list->setParticle(int(i), &p), 1);
+    }
 }
 
 }  // namespace
 
 TEST(RandomParticles, TheSameSetOnEveryRun) {
     ParticleList list;
-    CaptureStderr();
-    ASSERT_EQ(list.createRandomParticles(10), 1);
-    EXPECT_EQ(GetCapturedStderr(), "- build the BSP tree\n  done!\n");
+    EXPECT_EQ(stderrOf([&] { ASSERT_EQ(list.createRandomParticles(10), 1); }),
+              "- build the BSP tree\n  done!\n");
     EXPECT_EQ(list.getName(), "Generic-Particles");
     ASSERT_EQ(list.getNumParticles(), 10);
-
     // The generator by hand: state = state * 214013 + 2531011, value = (state >> 16) & 32767.
     std::uint32_t state = 9999;
     auto next = [&state] {
@@ -98,58 +80,32 @@ TEST(RandomParticles, TheSameSetOnEveryRun) {
             EXPECT_FLOAT_EQ(p.color[k], static_cast<float>(next()));
         EXPECT_DOUBLE_EQ(p.size[0], next() * 0.02 + 0.03);
         EXPECT_EQ(p.currPos[0], p.pos[0]);
-        EXPECT_EQ(p.texName, 0);  // the list has no texture
-        EXPECT_EQ(p.valid, 0);
-    }
-    checkTree(list);
-
-    ParticleList again;
-    CaptureStderr();
-    again.createRandomParticles(10);
-    GetCapturedStderr();
-    for (int i = 0; i < 10; i++) {
-        Particle a, b;
-        list.getParticle(i, &a);
-        again.getParticle(i, &b);
-        EXPECT_EQ(a.pos[0], b.pos[0]);
-        EXPECT_EQ(a.size[0], b.size[0]);
+        EXPECT_EQ(p.valid, 0);  // the list has no texture
     }
 
-    CaptureStderr();
-    EXPECT_EQ(list.createRandomParticles(0), -1);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.createRandomParticles(0), -1); }),
               "Err (ParticleList::createRandomParticles): input N should be positive.\n");
     EXPECT_EQ(list.getNumParticles(), 10);
 }
 
-TEST(ParticleTree, EqualPositionsTakeTheAlternatingSplit) {
+TEST(ParticleTree, EqualPositionsTakeTheAlternatingSplitAndPlanesSeparateOthers) {
     ParticleList list;
-    placeParticles(&list, {{1, 2, 3}, {1, 2, 3}});
     BSPNode* root = nullptr;
+    placeParticles(&list, {{1, 2, 3}, {1, 2, 3}});
     EXPECT_EQ(buildTree(&list, &root), 1);
-    ASSERT_NE(root, nullptr);
-    EXPECT_FALSE(root->leaf);
     EXPECT_EQ(root->front->index, 0);
     EXPECT_EQ(root->back->index, 1);
     list.BSPDelete(root);
-
     // A thousand particles at one place: halved at every level.
-    std::vector<std::array<double, 3>> same(1000, {5, 5, 5});
-    placeParticles(&list, same);
+    placeParticles(&list, std::vector<std::array<double, 3>>(1000, {5, 5, 5}));
     EXPECT_LE(buildTree(&list, &root), 10);
     list.BSPDelete(root);
-}
 
-TEST(ParticleTree, PlanesSeparateDistinctPositions) {
-    ParticleList list;
     placeParticles(&list, {{-1, 0, 0}, {1, 0, 0}});
-    BSPNode* root = nullptr;
     buildTree(&list, &root);
-    ASSERT_FALSE(root->leaf);
     EXPECT_DOUBLE_EQ(std::fabs(root->plane[0]), 1.0);
     EXPECT_DOUBLE_EQ(root->plane[3], 0.0);
-    // The front child lies on the positive side of the plane.
-    Particle p;
+    Particle p;  // the front child lies on the positive side of the plane
     list.getParticle(root->front->index, &p);
     EXPECT_GT(p.pos[0] * root->plane[0], 0.0);
     list.BSPDelete(root);
@@ -157,25 +113,19 @@ TEST(ParticleTree, PlanesSeparateDistinctPositions) {
 
 TEST(ParticleTree, DepthStaysBoundedForAwkwardPositions) {
     ParticleList list;
+    BSPNode* root = nullptr;
     // Positions that double along a line: every geometric split is one-sided in size.
     std::vector<std::array<double, 3>> line;
     for (int i = 0; i < 600; i++)
-        line.push_back({std::ldexp(1.0, i % 900), 0, 0});
+        line.push_back({std::ldexp(1.0, i), 0, 0});
     placeParticles(&list, line);
-    BSPNode* root = nullptr;
     EXPECT_LE(buildTree(&list, &root), 48 + 11);
     list.BSPDelete(root);
-
-    // Nearly equal positions (one unit in the last place apart), and huge exponents.
+    // Nearly equal positions (one unit in the last place apart), with huge exponents and NaN.
     std::vector<std::array<double, 3>> close;
     for (int i = 0; i < 300; i++)
         close.push_back({1.0 + i * 2.220446049250313e-16, 1, 1});
     placeParticles(&list, close);
-    CaptureStderr();
-    EXPECT_LE(buildTree(&list, &root), 48 + 10);
-    GetCapturedStderr();
-    list.BSPDelete(root);
-
     for (int i = 0; i < list.getNumParticles(); i++) {
         Particle p;
         list.getParticle(i, &p);
@@ -183,32 +133,28 @@ TEST(ParticleTree, DepthStaysBoundedForAwkwardPositions) {
         if (i % 3 == 0) p.pos[0] = p.currPos[0] = std::nan("");
         list.setParticle(i, &p);
     }
-    CaptureStderr();
-    EXPECT_LE(buildTree(&list, &root), 48 + 10);
-    GetCapturedStderr();
+    stderrOf([&] { EXPECT_LE(buildTree(&list, &root), 48 + 10); });
     list.BSPDelete(root);
 }
 
-TEST(ParticleAccessors, RangeChecksAndSetters) {
+TEST(ParticleAccessors, RangeChecksSettersAndDump) {
     ParticleList list;
-    CaptureStderr();
-    list.createRandomParticles(3);
-    GetCapturedStderr();
+    stderrOf([&] { list.createRandomParticles(3); });
     Particle p;
-    CaptureStderr();
-    EXPECT_EQ(list.getParticle(3, &p), -1);
-    EXPECT_EQ(list.getParticle(0, nullptr), -1);
-    EXPECT_EQ(list.setParticle(-1, &p), -1);
-    EXPECT_EQ(list.setParticle(0, nullptr), -1);
-    list.getParticle(0, &p);
-    p.size[0] = 0.0;
-    EXPECT_EQ(list.setParticle(0, &p), -1);
-    p.size[0] = 1.0;
-    p.texName = 77;
-    EXPECT_EQ(list.setParticle(0, &p), -1);
-    EXPECT_EQ(list.setParticleScale(0.0), -1);
-    EXPECT_EQ(list.setZRange(2.0, 1.0), -1);
-    EXPECT_EQ(GetCapturedStderr(),
+    EXPECT_EQ(stderrOf([&] {
+                  EXPECT_EQ(list.getParticle(3, &p), -1);
+                  EXPECT_EQ(list.getParticle(0, nullptr), -1);
+                  EXPECT_EQ(list.setParticle(-1, &p), -1);
+                  EXPECT_EQ(list.setParticle(0, nullptr), -1);
+                  list.getParticle(0, &p);
+                  p.size[0] = 0.0;
+                  EXPECT_EQ(list.setParticle(0, &p), -1);
+                  p.size[0] = 1.0;
+                  p.texName = 77;
+                  EXPECT_EQ(list.setParticle(0, &p), -1);
+                  EXPECT_EQ(list.setParticleScale(0.0), -1);
+                  EXPECT_EQ(list.setZRange(2.0, 1.0), -1);
+              }),
               "Err (ParticleList::getParticle): input i out of range [0,2]\n"
               "Err (ParticleList::getParticle): input particle is NULL\n"
               "Err (ParticleList::setParticle): input i out of range [0,2]\n"
@@ -218,26 +164,28 @@ TEST(ParticleAccessors, RangeChecksAndSetters) {
               "Err (setParticleScale): inParticleScale should be positive.\n\n"
               "Err (ParticleList::setZRange): inLogScaleNear should be smaller than "
               "inLogScaleFar\n\n");
-    EXPECT_EQ(list.setParticleScale(2.5), 1);
-    EXPECT_EQ(list.getParticleScale(), 2.5);
-    EXPECT_EQ(list.setZRange(1.0, 2.0), 1);
-
     p.texName = 0;
     p.pos[0] = 0.5;
-    p.pos[3] = 2.0;
+    p.pos[3] = p.currPos[3] = 2.0;
     p.currPos[0] = 0.25;
-    p.currPos[3] = 2.0;
-    p.color[0] = 0.5f;
     p.size[0] = 3.0;
     EXPECT_EQ(list.setParticle(1, &p), 1);
-    CaptureStderr();
-    list.dumpParticle(1);
-    std::string dumped = GetCapturedStderr();
+    std::string dumped = stderrOf([&] { list.dumpParticle(1); });
     EXPECT_EQ(dumped.rfind("- pos     : 0.500000 ", 0), 0u);
     EXPECT_NE(dumped.find(" (2.000000)\n- currPos : 0.250000 "), std::string::npos);
-    EXPECT_NE(dumped.find("- color   : 0.500000 "), std::string::npos);
     EXPECT_NE(dumped.find("- size    : 3.000000 (0.000000)\n- texName : 0\n- valid   : false\n"),
               std::string::npos);
+}
+
+TEST(ParticleAccessors, ArraysAndTreeGoThroughTheListsAllocator) {
+    {
+        ParticleList list;
+        ASSERT_EQ(list.setAllocator(countingAllocate, countedRelease), 1);
+        stderrOf([&] { list.createRandomParticles(50); });
+        EXPECT_EQ(list.setAllocator(nullptr, nullptr), -1);  // not while it holds particles
+        EXPECT_GE(allocations, 50);  // the array and one node per particle at least
+    }
+    EXPECT_EQ(releases, allocations);
 }
 
 TEST(ParticleTextures, GaussianBlobValues) {
@@ -249,73 +197,44 @@ TEST(ParticleTextures, GaussianBlobValues) {
     // Texel (31, 39): x = 7.5, y = -0.5: 255 exp(-56.5 / 64) = 105.3...
     EXPECT_EQ(blob[4 * (31 * 64 + 39)], 105);
     EXPECT_EQ(blob[0], 0);
-    std::vector<unsigned char> bright = particledetail::gaussTextureImage(255 * 4, 8.0f);
-    EXPECT_EQ(bright[4 * (31 * 64 + 31)], 255);
+    EXPECT_EQ(particledetail::gaussTextureImage(255 * 4, 8.0f)[4 * (31 * 64 + 31)], 255);
 }
 
-TEST(ParticleFilesDeathTest, ReadingBeforeOpenGLEndsTheProcess) {
+TEST(ParticleFiles, BadHeadersAndReadingBeforeOpenGL) {
     ScratchDir dir;
-    writeText(dir.file("a.prt"), "PARTICLE 1 1 0.0\ntexture g gaussian 255 8\n0 0 0 1 1 1 1 1 g\n");
-    std::string name = dir.file("a.prt");
-    EXPECT_EXIT(
-        {
-            ParticleList list;
-            list.read(name.c_str());
-        },
-        testing::ExitedWithCode(1),
-        "Err \\(read\\) : cannot generate texture before OpenGL initializes!\n"
-        "             please call particleList::read after OpenGL initialized.\n\n");
-}
-
-TEST(ParticleFiles, HeaderErrorsNeedNoWindow) {
-    ScratchDir dir;
+    const std::string name = dir.file("h.prt");
     struct Case {
         const char* text;
         std::string message;
     } cases[] = {
         {"PARTICLES 1 1\n", "Err : not enough argument (line 1)\n"},
-        {"PARTICLE 0 1 1.0\n", "Err : no particles to read in [" + dir.file("h.prt") + "]\n"},
-        {"PARTICLE 1 -3 1.0\n", "Err : no textures defined in [" + dir.file("h.prt") + "]\n"},
+        {"PARTICLE 0 1 1.0\n", "Err : no particles to read in [" + name + "]\n"},
+        {"PARTICLE 1 -3 1.0\n", "Err : no textures defined in [" + name + "]\n"},
         {"PARTICLE 1 1 nan\n", "Err : invalid exponent (line 1)\n"},
         {"PARTICLE 2000000000 1 1.0\ntexture g gaussian 1 1\n",
-         "Err : [" + dir.file("h.prt") +
-             "] is too short for 2000000000 particles and 1 textures\n"},
-        {"\nPARTICLE 1 1 1.0\n", "Err : wrong identifier (line 1)\n      [" + dir.file("h.prt") +
+         "Err : [" + name + "] is too short for 2000000000 particles and 1 textures\n"},
+        {"\nPARTICLE 1 1 1.0\n", "Err : wrong identifier (line 1)\n      [" + name +
                                      "] may not be particle file\n      Particle file must start "
                                      "with [PARTICLE]\n"},
     };
     for (const Case& c : cases) {
-        writeText(dir.file("h.prt"), c.text);
+        writeText(name, c.text);
         ParticleList list;
-        CaptureStderr();
-        EXPECT_EQ(list.read(dir.file("h.prt").c_str()), -1);
-        EXPECT_EQ(GetCapturedStderr(), c.message) << c.text;
+        EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.read(name.c_str()), -1); }), c.message) << c.text;
         EXPECT_EQ(list.getNumParticles(), 0);
     }
     ParticleList list;
-    CaptureStderr();
-    EXPECT_EQ(list.read(dir.file("h.prt").c_str(), true), -1);  // quiet: no identifier message
-    EXPECT_EQ(list.read(dir.file("none.prt").c_str(), true), -1);
-    EXPECT_EQ(GetCapturedStderr(), "");
-    CaptureStderr();
-    EXPECT_EQ(list.read(dir.file("none.prt").c_str()), -1);
-    EXPECT_EQ(GetCapturedStderr(), "Err : can't open [" + dir.file("none.prt") + "] for reading\n");
-}
+    const std::string none = dir.file("none.prt");
+    EXPECT_EQ(stderrOf([&] {
+                  EXPECT_EQ(list.read(name.c_str(), true), -1);  // quiet: no identifier message
+                  EXPECT_EQ(list.read(none.c_str(), true), -1);
+              }),
+              "");
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.read(none.c_str()), -1); }),
+              "Err : can't open [" + none + "] for reading\n");
 
-using modeltest::allocations;
-using modeltest::countedRelease;
-using modeltest::countingAllocate;
-using modeltest::releases;
-
-TEST(ParticleAccessors, ArraysAndTreeGoThroughTheListsAllocator) {
-    {
-        ParticleList list;
-        ASSERT_EQ(list.setAllocator(countingAllocate, countedRelease), 1);
-        CaptureStderr();
-        list.createRandomParticles(50);
-        GetCapturedStderr();
-        EXPECT_EQ(list.setAllocator(nullptr, nullptr), -1);  // not while it holds particles
-        EXPECT_GE(allocations, 50);  // the array and one node per particle at least
-    }
-    EXPECT_EQ(releases, allocations);
+    writeText(name, "PARTICLE 1 1 0.0\ntexture g gaussian 255 8\n0 0 0 1 1 1 1 1 g\n");
+    EXPECT_EXIT(list.read(name.c_str()), testing::ExitedWithCode(1),
+                "Err \\(read\\) : cannot generate texture before OpenGL initializes!\n"
+                "             please call particleList::read after OpenGL initialized.\n\n");
 }
