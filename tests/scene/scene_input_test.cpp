@@ -316,3 +316,17 @@ TEST_F(RunningScene, ALockedViewRefusesTheLogScaleKeys) {
     keys({"l", "Down", "Down"});
     EXPECT_EQ("15.980", shownAs(kBasic + "Log10(m) space:", "15.980"));
 }
+
+// A Ctrl-click on a drag field would turn it into a text field that keeps the keys: a Ctrl
+// pressed and released before must leave the next click a plain one.
+TEST_F(RunningScene, AReleasedModifierLeavesTheNextPanelClickPlain) {
+    keys({"m", "a"});
+    EXPECT_EQ("16.000", shownAs(kBasic + "Log10(m) space:", "16.000"));
+    for (const char* modifier : {"shift", "ctrl"}) {
+        xdotool({"key", modifier});
+        sleepSeconds(0.25);
+    }
+    clickItem(kBasic + "Log10(m) space:");
+    keys({"Up"});
+    EXPECT_EQ("16.020", shownAs(kBasic + "Log10(m) space:", "16.020"));
+}
