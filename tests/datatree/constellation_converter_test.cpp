@@ -4,7 +4,6 @@
 #include "tests/datatree/datatree_test_support.h"
 #include "tools/datatree/core/constellation_catalogue.h"
 #include "tools/datatree/core/data_error.h"
-#include "tools/datatree/core/text_input.h"
 
 namespace {
 
@@ -26,49 +25,47 @@ ConstellationSources twoSquares(const ScratchDir& dir) {
 
 }  // namespace
 
-TEST(ConstellationFile, SectionsBoundariesAndFigures) {
+TEST(ConstellationFile, TheStarListReadsBoundariesFiguresAndMembers) {
     ScratchDir dir;
     ConstellationSources s = twoSquares(dir);
-    std::unordered_map<int, int> hd = {{1, 101}, {2, 102}, {3, 103}, {4, 104}};
     // Star 3 is drawn in both figures; its catalogue constellation is Bbb.
-    FigureStarTable stars = makeFigureStarTable(s, hd, {{3, "Bbb"}});
-    std::string text = formatConstellationFile(s, stars);
+    std::string text = formatConstellationFile(
+        s, makeFigureStarTable(s, {{1, 101}, {2, 102}, {3, 103}, {4, 104}}, {{3, "Bbb"}}));
+    // Sections in the order of the full names; shared edges name the neighbour.
+    EXPECT_LT(text.find("\nCONSTELLATION Aaa Alpha Land\n"), text.find("\nCONSTELLATION Bbb "));
+    EXPECT_NE(text.find(" Bbb\n"), std::string::npos);
+    EXPECT_NE(text.find(" Aaa\n"), std::string::npos);
+    EXPECT_NE(text.find("LINE BEGIN\nHD101\nHD102\nHD103 SHARED\nLINE END\n"), std::string::npos)
+        << text;
 
-    // Sections in the order of the full names; the name is ASCII.
-    std::size_t a = text.find("\nCONSTELLATION Aaa Alpha Land\n");
-    std::size_t b = text.find("\nCONSTELLATION Bbb Bootes\n");
-    ASSERT_NE(a, std::string::npos);
-    ASSERT_NE(b, std::string::npos);
-    EXPECT_LT(a, b);
-    std::string first = text.substr(a, b - a), second = text.substr(b);
-
-    // Aaa: one closed boundary of its three edges, 4 corners + the closing vertex.
-    auto lines = splitLines(first);
-    int vertices = 0;
-    bool inBoundary = false;
-    std::string firstVertex, lastVertex;
-    for (const TextLine& l : lines) {
-        std::string t(l.text);
-        if (t == "BOUNDARY BEGIN")
-            inBoundary = true;
-        else if (t == "BOUNDARY END")
-            inBoundary = false;
-        else if (inBoundary) {
-            auto w = splitWords(t);
-            ASSERT_EQ(w.size(), 3u) << t;
-            std::string xy = std::string(w[0]) + " " + std::string(w[1]);
-            if (vertices++ == 0) firstVertex = xy;
-            lastVertex = xy;
-        }
-    }
-    EXPECT_EQ(vertices, 5);
-    EXPECT_EQ(firstVertex, lastVertex);
-    EXPECT_NE(first.find(" Bbb\n"), std::string::npos);  // the shared edge names its neighbour
-
+    std::string stars = "NUM_STARS 4\nSIZE 1 16.4894\n";
+    for (int i = 1; i <= 4; ++i)
+        stars += std::to_string(i) + " 1 1 0 0 0 0 0 0 0 0.5 1 1 1 1 1 G 2 V " +
+                 std::to_string(100 + i) + " " + std::to_string(i) + "\n";
+    StarList list;
+    ASSERT_TRUE(readStars(list, dir.write("four.star", stars)));
+    ASSERT_EQ(list.loadConstellations(dir.write("c.txt", text).c_str()), 1);
+    ASSERT_EQ(list.getNumConstellations(), 2);
+    EXPECT_STREQ(list.getConstellationCode(0), "Aaa");
+    EXPECT_STREQ(list.getConstellationName(1), "Bootes");  // in ASCII
+    // Aaa: one closed boundary of its three edges, 4 corners and the closing vertex.
+    const Constellation* a = list.getConstellation(0);
+    ASSERT_EQ(a->numBoundaries, 1);
+    ASSERT_EQ(a->boundaryVertexCounts[0], 5);
+    EXPECT_TRUE(phcEqual(a->boundaries[0][0], a->boundaries[0][4]));
     // Figures: Aaa's path 1-2-3 in one stroke, star 3 shared; Bbb owns star 3.
-    EXPECT_NE(first.find("LINE BEGIN\nHD101\nHD102\nHD103 SHARED\nLINE END\n"), std::string::npos)
-        << first;
-    EXPECT_NE(second.find("LINE BEGIN\nHD103\nHD104\nLINE END\n"), std::string::npos) << second;
+    auto strokes = [&](int id) {
+        std::string joined;
+        const Constellation* c = list.getConstellation(id);
+        for (int k = 0; k < c->numLines; ++k)
+            joined += std::to_string(c->lines[k].from->hd) + "-" +
+                      std::to_string(c->lines[k].to->hd) + " ";
+        return joined;
+    };
+    EXPECT_EQ(strokes(0), "101-102 102-103 ");
+    EXPECT_EQ(strokes(1), "103-104 ");
+    EXPECT_STREQ(starByHd(list, 102).constellationCode, "Aaa");
+    EXPECT_STREQ(starByHd(list, 103).constellationCode, "Bbb");
 }
 
 TEST(ConstellationFile, StarsWithoutHdBreakTheStroke) {
@@ -127,14 +124,10 @@ TEST(ConstellationSources, MalformedFilesNameTheLine) {
 }
 
 TEST(ChainSegments, OpenFiguresAndClosedLoops) {
-    // A "Y": three strokes meet at point 2; the walk starts at an odd end.
+    // A "Y": three strokes meet at point 2, in two paths; a triangle is one closed loop.
     auto paths = chainSegments({{1, 2}, {2, 3}, {2, 4}});
-    std::size_t used = 0;
-    for (const auto& p : paths)
-        used += p.size();
-    EXPECT_EQ(used, 3u);
     EXPECT_EQ(paths.size(), 2u);
-    // A triangle comes out as one closed loop.
+    EXPECT_EQ(paths[0].size() + paths[1].size(), 3u);
     auto loop = chainSegments({{5, 6}, {7, 5}, {6, 7}});
     ASSERT_EQ(loop.size(), 1u);
     EXPECT_EQ(loop[0].size(), 3u);

@@ -1,15 +1,13 @@
 #include "tests/datatree/datatree_test_support.h"
 
+#include <gtest/gtest.h>
+
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
 #include "image/data_file.h"
-#include "tools/datatree/core/data_error.h"
-#include "tools/datatree/core/text_input.h"
-
-std::string readFile(const std::string& path) {
-    return readWholeFile(path);
-}
+#include "tools/datatree/core/sky_frames.h"
 
 std::string readDataText(const std::string& path) {
     FILE* f = openDataFile(path.c_str(), "rb");
@@ -51,4 +49,31 @@ void putF64le(std::string& b, double v) {
     std::memcpy(raw, &v, 8);
     for (int i = 0; i < 8; ++i)
         b += char(raw[i]);
+}
+
+bool readStars(StarList& list, const std::string& path) {
+    testing::internal::CaptureStdout();  // the reader's count line
+    int result = list.readStarFiles(path.c_str(), 0, 0);
+    testing::internal::GetCapturedStdout();
+    return result == 1;
+}
+
+StarObj starByHd(const StarList& list, int hd) {
+    StarObj s = makeEmptyStarObj();
+    EXPECT_EQ(list.getStarByHD(&s, hd), 1) << "HD " << hd << " missing";
+    return s;
+}
+
+// The datasets' "SIZE 1 16.4894" keeps positions in parsecs (the reader holds the unit as a
+// float, so 10^(w - 16.4894) would stray from 1 by some 2e-6).
+double parsecs(const StarObj& s) {
+    return length(Vec3{s.catalogPos.x, s.catalogPos.y, s.catalogPos.z});
+}
+
+void galacticLB(const StarObj& s, double* l, double* b) {
+    galacticAngles(normalized(Vec3{s.catalogPos.x, s.catalogPos.y, s.catalogPos.z}), l, b);
+}
+
+double absoluteMagnitude(const StarObj& s) {
+    return -2.5 * std::log10(s.lum);
 }

@@ -1,30 +1,39 @@
 #pragma once
-// Shared helpers of the data-tree tests: scratch folders, small files, running a converter
-// and capturing what it says.
+// Shared helpers of the data-tree tests: scratch folders, small files, running a converter,
+// binary inputs and star records read back with the star list's own reader.
 
 #include <string>
 #include <vector>
 
+#include "catalogue/star_list.h"
 #include "tests/support/child_process.h"
 #include "tests/support/scratch_files.h"
 
-// A fresh folder under the temporary folder, removed with everything in it when it goes.
 using testsupport::fileExists;
+using testsupport::readFile;
+using testsupport::RunResult;
 using testsupport::ScratchDir;
 
-// The whole file; a DataError when it cannot be read.
-std::string readFile(const std::string& path);
 // The text of a data file, inflated when it is packed in the "EZ" container; "" when it
 // cannot be opened.
 std::string readDataText(const std::string& path);
 
 // Runs a tool with these words (the first the tool's path), its output captured.
-using testsupport::RunResult;
 RunResult runCommand(const std::vector<std::string>& words);
 
 // Little-endian and big-endian byte helpers for building binary inputs.
 void putU32le(std::string& b, unsigned v);
-void putI32be(std::string& b, int v);
 void putU32be(std::string& b, unsigned v);
+void putI32be(std::string& b, int v);
 void putF64be(std::string& b, double v);
 void putF64le(std::string& b, double v);
+
+// Reads a star dataset into the list with StarList::readStarFiles (no Sun); false when the
+// reader refuses the file.
+bool readStars(StarList& list, const std::string& path);
+// The star of this HD number (a test failure and an empty record when there is none).
+StarObj starByHd(const StarList& list, int hd);
+// Distance in parsecs, galactic longitude and latitude in degrees, absolute V magnitude.
+double parsecs(const StarObj& s);
+void galacticLB(const StarObj& s, double* l, double* b);
+double absoluteMagnitude(const StarObj& s);

@@ -5,13 +5,11 @@
 #include <zlib.h>
 
 #include <cmath>
-#include <cstdio>
 
 #include "tests/datatree/datatree_test_support.h"
 #include "tests/datatree/star_sources_fixture.h"
 #include "tools/datatree/core/data_error.h"
 #include "tools/datatree/core/exoplanet_catalogue.h"
-#include "tools/datatree/core/text_input.h"
 
 TEST(PlanetK, KnownPlanets) {
     EXPECT_NEAR(radialVelocityAmplitude(0.47, 4.2308, 0.0069, 1.11), 55.1, 0.05);    // 51 Peg b
@@ -84,28 +82,22 @@ TEST(PlanetFile, FixedColumnsAsTheStarListReadsThem) {
     std::vector<Planet> planets(2);
     planets[0] = {217014, "51 Peg", "b", 0.47, 4.2308, 0.052, 0.0069, 55.078};
     planets[1] = {1, "A very long host", "b", 12345.678, 9999999.0, 9999999.0, 0.999, 0.0001};
-    std::string text = formatPlanetFile(planets);
-    int number = 0;
-    for (const TextLine& l : splitLines(text)) {
-        std::string line(l.text);
-        if (line.empty() || line[0] == '#') continue;
-        ++number;
-        ASSERT_GE(line.size(), 89u) << line;
-        EXPECT_GE(splitWords(line).size(), 7u);
-        auto column = [&](std::size_t from, std::size_t to) {
-            return std::string(trim(std::string_view(line).substr(from, to - from)));
-        };
-        EXPECT_EQ(std::stoi(column(0, 8)), number);
-        const Planet& p = planets[number - 1];
-        EXPECT_EQ(std::stoi(column(8, 24)), p.hd);
-        EXPECT_EQ(column(24, 40), p.host.substr(0, 15));
-        EXPECT_NEAR(std::stod(column(40, 53)), p.mass, p.mass * 1e-6);
-        EXPECT_NEAR(std::stod(column(53, 65)), p.period, p.period * 1e-6);
-        EXPECT_NEAR(std::stod(column(65, 78)), p.semimajorAxis, p.semimajorAxis * 1e-6);
-        EXPECT_NEAR(std::stod(column(78, 90)), p.eccentricity, 1e-6);
-        EXPECT_NEAR(std::stod(line.substr(90)), p.k, 1e-3);
+    ScratchDir dir;
+    StarList list;
+    ASSERT_EQ(list.loadExtrasolarPlanets(dir.write("p.txt", formatPlanetFile(planets)).c_str()), 1);
+    ASSERT_EQ(list.getNumPlanets(), 2);
+    for (int i = 0; i < 2; ++i) {
+        const Planet& p = planets[i];
+        const ExtrasolarPlanet* read = list.getPlanet(i);
+        EXPECT_EQ(read->number, i + 1);
+        EXPECT_EQ(read->hd, p.hd);
+        EXPECT_EQ(std::string(read->starName), p.host.substr(0, 15));
+        EXPECT_NEAR(read->mass, p.mass, p.mass * 1e-6);
+        EXPECT_NEAR(read->period, p.period, p.period * 1e-6);
+        EXPECT_NEAR(read->semimajorAxis, p.semimajorAxis, p.semimajorAxis * 1e-6);
+        EXPECT_NEAR(read->eccentricity, p.eccentricity, 1e-6);
+        EXPECT_NEAR(read->k, p.k, 1e-3);
     }
-    EXPECT_EQ(number, 2);
 }
 
 namespace {
@@ -141,19 +133,20 @@ TEST(PlanetFile, CatalogueIsFoundInsideABinary) {
 TEST(PlanetConverter, BadCatalogueStopsWithoutOutput) {
     ScratchDir dir, out;
     std::string root = writeStarSources(dir);
-    std::string json = dir.write("cat.json", "{\"stars\": {\"HD 1\": {\"smass\": 1, }}}");
-    RunResult r = runCommand({DATATREE_PLANETS_TOOL, root, out.path(), json});
-    EXPECT_EQ(r.exitCode, 1);
-    EXPECT_NE(r.err.find("cat.json: bad JSON at byte"), std::string::npos) << r.err;
-    EXPECT_FALSE(fileExists(out.path() + "/stardata/exoplanets.txt"));
-
-    json = dir.write("cat2.json", "{\"stars\": {\"HD 1\": {\"smass\": 1}}}");
-    r = runCommand({DATATREE_PLANETS_TOOL, root, out.path(), json});
-    EXPECT_EQ(r.exitCode, 1);
-    EXPECT_NE(r.err.find("has no \"exoplanets\" list"), std::string::npos) << r.err;
-
-    json = dir.write("cat3.json", kCatalogue);
-    r = runCommand({DATATREE_PLANETS_TOOL, root, out.path(), json});
-    EXPECT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_TRUE(fileExists(out.path() + "/stardata/exoplanets.txt"));
+    const std::string written = out.file("stardata/exoplanets.txt");
+    struct Case {
+        const char *json, *message;
+        int exitCode;
+    } cases[] = {
+        {"{\"stars\": {\"HD 1\": {\"smass\": 1, }}}", "cat.json: bad JSON at byte", 1},
+        {"{\"stars\": {\"HD 1\": {\"smass\": 1}}}", "has no \"exoplanets\" list", 1},
+        {kCatalogue, "", 0},
+    };
+    for (const Case& c : cases) {
+        RunResult r =
+            runCommand({DATATREE_PLANETS_TOOL, root, out.path(), dir.write("cat.json", c.json)});
+        EXPECT_EQ(r.exitCode, c.exitCode) << r.err;
+        EXPECT_NE(r.err.find(c.message), std::string::npos) << r.err;
+        EXPECT_EQ(fileExists(written), c.exitCode == 0) << c.json;
+    }
 }

@@ -2,20 +2,14 @@
 
 std::string zoneCatalogue(const std::vector<ZoneRecord>& records, int announceExtra) {
     std::string b;
-    putU32le(b, 0x835F040Au);
-    putU32le(b, 0);                // type
-    putU32le(b, 0);                // major
-    putU32le(b, 8);                // minor
-    putU32le(b, 0);                // level
-    putU32le(b, unsigned(-2000));  // mag_min, millimag
-    putU32le(b, 12800);            // mag_range
-    putU32le(b, 256);              // mag_steps
+    // Magic, type, major and minor version, level, mag_min (millimag), mag_range, mag_steps.
+    for (unsigned v : {0x835F040Au, 0u, 0u, 8u, 0u, unsigned(-2000), 12800u, 256u})
+        putU32le(b, v);
     for (int z = 0; z < 20; ++z)
         putU32le(b, z == 0 ? unsigned(records.size() + announceExtra) : 0);
     for (const ZoneRecord& r : records) {
-        putU32le(b, unsigned(r.hip));
-        putU32le(b, 0);
-        putU32le(b, 0);
+        for (unsigned v : {unsigned(r.hip), 0u, 0u})
+            putU32le(b, v);
         b += char(r.bvIndex);
         b += char(r.magIndex);
         b += char(r.spectralIndex & 0xFF);

@@ -2,16 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdio>
-#include <set>
+#include <cstdlib>
 
+#include "catalogue/colormap.h"
+#include "common_package/glm/src/glm.h"
 #include "image/sgi_file.h"
 #include "tests/datatree/datatree_test_support.h"
 #include "tools/datatree/core/colormaps.h"
 #include "tools/datatree/core/mesh.h"
 #include "tools/datatree/core/raster.h"
 #include "tools/datatree/core/sky_frames.h"
-#include "tools/datatree/core/text_input.h"
 
 namespace {
 
@@ -31,96 +31,59 @@ Raster numbered(int components) {
 
 }  // namespace
 
-TEST(TextureWriters, SgiStoresTheBottomRowFirst) {
+TEST(TextureWriters, SgiAndTgaStoreTheBottomRowFirst) {
     ScratchDir dir;
-    std::string path = dir.path() + "/t.sgi";
-    writeSgiAtomically(path, numbered(3));
+    writeSgiAtomically(dir.file("t.sgi"), numbered(3));
     int w, h, c;
-    std::vector<unsigned char> back = read_sgi(path.c_str(), &w, &h, &c);
+    std::vector<unsigned char> back = read_sgi(dir.file("t.sgi").c_str(), &w, &h, &c);
     ASSERT_EQ(back.size(), 24u);
-    EXPECT_EQ(w, 4);
-    EXPECT_EQ(h, 2);
-    EXPECT_EQ(c, 3);
+    EXPECT_EQ(w * 100 + h * 10 + c, 423);
     EXPECT_EQ(back[0], 16);          // buffer row 0 = the picture's bottom row (y = 1)
     EXPECT_EQ(back[12 + 4], 4 + 1);  // top row, x = 1, green
-}
 
-TEST(TextureWriters, TgaIsBgraBottomUp) {
-    ScratchDir dir;
-    std::string path = dir.path() + "/t.tga";
-    writeTgaAtomically(path, numbered(4));
-    std::string b = readFile(path);
+    writeTgaAtomically(dir.file("t.tga"), numbered(4));
+    std::string b = readFile(dir.file("t.tga"));
     ASSERT_EQ(b.size(), 18u + 4 * 2 * 4);
-    EXPECT_EQ(b[0], 0);  // no identification field
-    EXPECT_EQ(b[1], 0);  // no colour map
-    EXPECT_EQ(b[2], 2);  // true colour, uncompressed
-    EXPECT_EQ(b[12] | b[13] << 8, 4);
-    EXPECT_EQ(b[14] | b[15] << 8, 2);
-    EXPECT_EQ(b[16], 32);
-    // First stored pixel: bottom-left (x 0, y 1) as B, G, R, A.
-    EXPECT_EQ(b[18], 16 + 2);
-    EXPECT_EQ(b[19], 16 + 1);
-    EXPECT_EQ(b[20], 16 + 0);
-    EXPECT_EQ(b[21], 16 + 3);
+    // No identification field, no colour map, uncompressed true colour, 4 x 2, 32 bits; then
+    // the bottom-left pixel (x 0, y 1) as B, G, R, A.
+    const int at[] = {0, 1, 2, 12, 13, 14, 15, 16, 18, 19, 20, 21};
+    const int expected[] = {0, 0, 2, 4, 0, 2, 0, 32, 16 + 2, 16 + 1, 16 + 0, 16 + 3};
+    for (int i = 0; i < 12; ++i)
+        EXPECT_EQ(b[at[i]], expected[i]) << "byte " << at[i];
 }
 
-TEST(Colormaps, BvRampRunsFromBlueToRed) {
-    const std::string text = formatBvColormap();
-    auto lines = splitLines(text);
-    std::vector<std::vector<double>> colours;
-    int count = -1;
-    for (const TextLine& l : lines) {
-        if (l.text.empty() || l.text[0] == '#') continue;
-        if (count < 0) {
-            count = std::stoi(std::string(l.text));
-            continue;
-        }
-        auto w = splitWords(l.text);
-        ASSERT_EQ(w.size(), 4u);
-        std::vector<double> c;
-        for (auto v : w)
-            c.push_back(std::stod(std::string(v)));
-        for (double v : c) {
-            EXPECT_GE(v, 0.0);
-            EXPECT_LE(v, 1.0);
-        }
-        colours.push_back(c);
-    }
-    ASSERT_EQ(count, kBvColormapEntries);
-    ASSERT_EQ(colours.size(), std::size_t(count));
-    EXPECT_GT(colours.front()[2], colours.front()[0]);      // B-V -0.4: blue
-    EXPECT_GT(colours.back()[0], colours.back()[2] + 0.3);  // B-V 2.0: red
-}
+TEST(Colormaps, BvRampAndSpectralTypesReadWithTheCatalogueReaders) {
+    ScratchDir dir;
+    const ColorMapAllocator alloc{std::malloc, std::free};
+    BVColorMap* bv =
+        readBVColorMap(dir.write("bv.txt", formatBvColormap()).c_str(), -0.4, 2.0, alloc);
+    ASSERT_NE(bv, nullptr);
+    EXPECT_EQ(bv->count, kBvColormapEntries);
+    for (int i = 0; i < 4 * bv->count; ++i)
+        ASSERT_TRUE(bv->colors[i] >= 0.0f && bv->colors[i] <= 1.0f) << i;
+    float blue[4], red[4];
+    lookupBV(*bv, -0.4f, blue);
+    lookupBV(*bv, 2.0f, red);
+    EXPECT_GT(blue[2], blue[0]);
+    EXPECT_GT(red[0], red[2] + 0.3f);
+    releaseBVColorMap(bv, alloc);
 
-TEST(Colormaps, SpectralEntriesInTheReadersForm) {
-    std::set<char> classes;
-    const std::string text = formatSpectralColormap();
-    for (const TextLine& l : splitLines(text)) {
-        std::string line(l.text);
-        if (line.empty() || line[0] == '#') continue;
-        char type[32];
-        float x, y;
-        int r, g, b;
-        ASSERT_EQ(std::sscanf(line.c_str(), "%31s %f %f %d %d %d", type, &x, &y, &r, &g, &b), 6)
-            << line;
-        for (int v : {r, g, b}) {
-            EXPECT_GE(v, 0);
-            EXPECT_LE(v, 255);
-        }
-        std::string t = type;
-        if (std::string("OBAFGKM").find(t[0]) != std::string::npos) {
-            EXPECT_NE(t.find('('), std::string::npos) << t;
-            EXPECT_NE(t.find(')'), std::string::npos) << t;
-            classes.insert(t[0]);
-        }
-        if (t == "O5(V)") {
-            EXPECT_GT(b, r);
-        }
-        if (t == "M8(V)") {
-            EXPECT_GT(r, b);
+    SpColorMap* sp = readSpColorMap(dir.write("sp.txt", formatSpectralColormap()).c_str(), alloc);
+    ASSERT_NE(sp, nullptr);
+    int count = 0;
+    spectralTemperatures(&count);
+    EXPECT_EQ(sp->count, count);
+    for (const char* cls : {"O", "B", "A", "F", "G", "K", "M"}) {
+        float rgba[4];
+        lookupSpectral(*sp, cls, 5, "V", rgba);
+        EXPECT_FALSE(rgba[0] == 0.0f && rgba[1] == 1.0f && rgba[2] == 0.0f) << cls;  // found
+        if (cls[0] == 'O') {
+            EXPECT_GT(rgba[2], rgba[0]);
+        } else if (cls[0] == 'M') {
+            EXPECT_GT(rgba[0], rgba[2]);
         }
     }
-    EXPECT_EQ(classes.size(), 7u);
+    releaseSpColorMap(sp, alloc);
 }
 
 TEST(Meshes, GridSpheresFaceTheRightWay) {
@@ -148,22 +111,35 @@ TEST(Meshes, GridSpheresFaceTheRightWay) {
     }
 }
 
-TEST(Meshes, ObjTextListsEveryElement) {
+TEST(Meshes, ObjAndMtlTextReadWithTheModelLibrary) {
     Mesh mesh;
-    int t = mesh.addTexcoord(0.5, 0.5);
+    int t = mesh.addTexcoord(0.5, 0.25);
     mesh.groups.resize(1);
     mesh.groups[0].name = "tri";
     mesh.groups[0].material = "plain";
     addFlatTriangle(&mesh, &mesh.groups[0], {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, t);
+    MeshMaterial material;
+    material.name = "plain";
+    material.textureLine = "modulate t.ppm a.pgm";
+    ScratchDir dir;
+    dir.write("x.mtl", formatMtl({material}, "c"));
     std::string obj = formatObj(mesh, "x.mtl", "a comment");
     EXPECT_EQ(obj.substr(0, 12), "# a comment\n");
-    EXPECT_NE(obj.find("\nmtllib x.mtl\n"), std::string::npos);
-    EXPECT_NE(obj.find("\ng tri\nusemtl plain\nf 1/1/1 2/1/1 3/1/1\n"), std::string::npos) << obj;
-    EXPECT_NE(obj.find("vn 0.000000 0.000000 1.000000\n"), std::string::npos);
-    MeshMaterial m;
-    m.name = "plain";
-    m.textureLine = "modulate t.ppm a.pgm";
-    std::string mtl = formatMtl({m}, "c");
-    EXPECT_NE(mtl.find("newmtl plain\nKa 0.2000 0.2000 0.2000 1.0000\n"), std::string::npos);
-    EXPECT_NE(mtl.find("Td modulate t.ppm a.pgm\n"), std::string::npos);
+    GLMmodel* m = glmReadOBJ(dir.write("x.obj", obj).c_str());
+    ASSERT_NE(m, nullptr);
+    ASSERT_EQ(m->numtriangles, 1u);
+    const GLMtriangle& tri = m->triangles[0];
+    for (int j = 0; j < 3; ++j) {
+        EXPECT_EQ(tri.vindices[j], GLuint(j + 1));
+        EXPECT_EQ(tri.tindices[j], 1u);
+        EXPECT_FLOAT_EQ(m->normals[3 * tri.nindices[j] + 2], 1.0f);
+    }
+    EXPECT_FLOAT_EQ(m->vertices[3 * 2], 1.0f);
+    EXPECT_FLOAT_EQ(m->texcoords[2 * 1 + 1], 0.25f);
+    GLuint plain = glmFindMaterial(m, "plain");
+    EXPECT_EQ(glmFindGroup(m, " tri")->material, plain);
+    EXPECT_FLOAT_EQ(m->materials[plain].ambient[0], 0.2f);
+    EXPECT_EQ(m->materials[plain].texEnvName, "modulate");
+    EXPECT_EQ(m->materials[plain].alphaFile, "a.pgm");
+    glmDelete(m);
 }

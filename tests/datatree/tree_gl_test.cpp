@@ -6,9 +6,12 @@
 #include <GL/gl.h>
 #include <GL/glu.h>
 
+#include <cmath>
+
 #include "common_package/glm/src/glm.h"
 #include "common_package/particle/src/particle_list.h"
 #include "image/tga_file.h"
+#include "tests/datatree/datatree_test_support.h"
 #include "tests/datatree/tree_files.h"
 #include "tests/support/gl_test_window.h"
 
@@ -45,23 +48,27 @@ double brightnessTowards(GLMmodel* model, double dx, double dy, double dz, doubl
     glmDraw(model, GLM_TEXTURE | GLM_COLOR);
     std::vector<unsigned char> rgb = testsupport::readBackRGB(kSize, kSize);
     double sum = 0;
-    int n = 0;
     for (int y = kSize / 4; y < 3 * kSize / 4; ++y) {
         for (int x = kSize / 4; x < 3 * kSize / 4; ++x) {
             testsupport::Rgb p = testsupport::pixelAt(rgb, kSize, x, y);
             sum += p.r + p.g + p.b;
-            ++n;
         }
     }
-    return sum / n;
+    return sum / (kSize * kSize / 4);
 }
+
+class GlTree : public testing::Test {
+  protected:
+    void SetUp() override {
+        if (!requireDataTree()) GTEST_SKIP();
+        SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
+    }
+    DriverAllocationsUnchecked unchecked_;
+};
 
 }  // namespace
 
-TEST(GlTree, MilkyWayIsBrightTowardsTheGalacticCentre) {
-    if (!requireDataTree()) return;
-    DriverAllocationsUnchecked unchecked;
-    SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
+TEST_F(GlTree, MilkyWayIsBrightTowardsTheGalacticCentre) {
     GLMmodel* model = glmReadOBJ((dataRoot() + "/objdata/MilkyWayEnv.obj").c_str());
     ASSERT_NE(model, nullptr);
     glmUnitize(model);
@@ -73,15 +80,51 @@ TEST(GlTree, MilkyWayIsBrightTowardsTheGalacticCentre) {
     glmDelete(model);
 }
 
-TEST(GlTree, SunParticlesAndFontLoad) {
-    if (!requireDataTree()) return;
-    DriverAllocationsUnchecked unchecked;
-    SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
+TEST_F(GlTree, SunParticlesLoadWithTexturesThatNeedNoRescaling) {
     ParticleList sun;
-    ASSERT_EQ(sun.read((dataRoot() + "/prtdata/SolarSystem/sun.prt").c_str(), true), 1);
-    EXPECT_EQ(sun.getNumParticles(), 5);
+    testing::internal::CaptureStderr();
+    ASSERT_EQ(sun.read((dataRoot() + "/prtdata/SolarSystem/sun.prt").c_str()), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "- build the BSP tree\n  done!\n");
+    ASSERT_EQ(sun.getNumParticles(), 5);
+    // Sizes hold at the reference scale 15, where the eye is 10^15.2 m from the Sun: the
+    // widest glow spans tens of degrees there.
+    double largest = 0;
+    for (int i = 0; i < sun.getNumParticles(); ++i) {
+        Particle p;
+        sun.getParticle(i, &p);
+        EXPECT_EQ(p.size[1], 15.0);
+        largest = std::max(largest, p.size[0]);
+    }
+    EXPECT_GT(std::atan(largest / 2 / std::pow(10.0, 0.2)) * 180.0 / M_PI, 20.0);
+}
+
+TEST_F(GlTree, FontTextureLoadsWithItsGlyphs) {
     GLuint font = 0;
     glGenTextures(1, &font);
-    EXPECT_EQ(loadTGA((dataRoot() + "/texturedata/font.tga").c_str(), font), 1);
+    ASSERT_EQ(loadTGA((dataRoot() + "/texturedata/font.tga").c_str(), font), kTgaLoaded);
+    GLint w = 0, h = 0;
+    glBindTexture(GL_TEXTURE_2D, font);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &w);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &h);
+    ASSERT_EQ(w, h);
+    std::vector<unsigned char> texels(std::size_t(w) * h * 4);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
     glDeleteTextures(1, &font);
+    // Coverage (alpha) summed over a glyph's cell of the 16 x 16 grid; rows bottom first.
+    const int cell = w / 16;
+    auto coverage = [&](int glyph) {
+        long sum = 0;
+        for (int y = 0; y < cell; ++y) {
+            int row = h - 1 - ((glyph / 16) * cell + y);
+            for (int x = 0; x < cell; ++x)
+                sum += texels[(std::size_t(row) * w + (glyph % 16) * cell + x) * 4 + 3];
+        }
+        return sum;
+    };
+    EXPECT_GT(coverage('A'), 2000);
+    EXPECT_GT(coverage(0xE9), 2000);  // e with an acute accent
+    EXPECT_EQ(coverage(' '), 0);
+    EXPECT_EQ(coverage(7), 0);
+    EXPECT_GT(coverage('W'), coverage('.'));
 }
