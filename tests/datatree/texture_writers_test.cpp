@@ -113,6 +113,7 @@ TEST(Meshes, GridSpheresFaceTheRightWay) {
 
 TEST(Meshes, ObjAndMtlTextReadWithTheModelLibrary) {
     Mesh mesh;
+    mesh.addTexcoord(0, 0);  // so that texture and normal indices differ
     int t = mesh.addTexcoord(0.5, 0.25);
     mesh.groups.resize(1);
     mesh.groups[0].name = "tri";
@@ -131,11 +132,11 @@ TEST(Meshes, ObjAndMtlTextReadWithTheModelLibrary) {
     const GLMtriangle& tri = m->triangles[0];
     for (int j = 0; j < 3; ++j) {
         EXPECT_EQ(tri.vindices[j], GLuint(j + 1));
-        EXPECT_EQ(tri.tindices[j], 1u);
+        EXPECT_EQ(tri.tindices[j], 2u);
         EXPECT_FLOAT_EQ(m->normals[3 * tri.nindices[j] + 2], 1.0f);
     }
     EXPECT_FLOAT_EQ(m->vertices[3 * 2], 1.0f);
-    EXPECT_FLOAT_EQ(m->texcoords[2 * 1 + 1], 0.25f);
+    EXPECT_FLOAT_EQ(m->texcoords[2 * 2 + 1], 0.25f);
     GLuint plain = glmFindMaterial(m, "plain");
     EXPECT_EQ(glmFindGroup(m, " tri")->material, plain);
     EXPECT_FLOAT_EQ(m->materials[plain].ambient[0], 0.2f);

@@ -127,7 +127,8 @@ TEST_F(ModelDrawing, LookupTableAndAlphaImageGiveALuminanceAlphaTexture) {
     EXPECT_GT(luminance, 0);
     EXPECT_GT(alpha, 0);
     EXPECT_EQ(green, 0);
-    std::vector<unsigned char> texels(256 * 256 * 2);
+    std::vector<unsigned char> texels(std::size_t(width) * height * 2);  // as large as it is
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glGetTexImage(GL_TEXTURE_2D, 0, GL_LUMINANCE_ALPHA, GL_UNSIGNED_BYTE, texels.data());
     EXPECT_EQ(texels[0], 250);  // luminance through red, alpha through alpha
     EXPECT_EQ(texels[1], 255);
