@@ -91,6 +91,9 @@ TEST(RandomParticles, TheSameSetOnEveryRun) {
 TEST(ParticleTree, EqualPositionsTakeTheAlternatingSplitAndPlanesSeparateOthers) {
     ParticleList list;
     BSPNode* root = nullptr;
+    placeParticles(&list, {{1, 2, 3}, {1, 2, 3}});
+    EXPECT_EQ(buildTree(&list, &root), 1);
+    list.BSPDelete(root);
     placeParticles(&list, {{1, 2, 3}, {1, 2, 3}, {1, 2, 3}, {1, 2, 3}});
     EXPECT_EQ(buildTree(&list, &root), 2);
     std::multiset<int> front, back;  // even positions to the front, odd to the back
