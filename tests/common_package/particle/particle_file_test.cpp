@@ -74,12 +74,9 @@ TEST_F(ParticleFiles, TwoParticlesSharingOneGaussianTexture) {
     EXPECT_FLOAT_EQ(list_.getTexRatio(0), 0.5f);  // min(sigma, 1)
     Particle p;
     ASSERT_EQ(list_.getParticle(1, &p), 1);
-    EXPECT_EQ(p.pos[1], -1.0);
-    EXPECT_EQ(p.pos[2], 2.5);
-    EXPECT_EQ(p.pos[3], 16.0);
-    EXPECT_EQ(p.currPos[3], 16.0);
-    EXPECT_EQ(p.size[0], 0.25);
-    EXPECT_EQ(p.size[1], 16.0);
+    EXPECT_EQ(std::vector<double>(
+                  {p.pos[0], p.pos[1], p.pos[2], p.pos[3], p.currPos[3], p.size[0], p.size[1]}),
+              std::vector<double>({0, -1, 2.5, 16, 16, 0.25, 16}));
     EXPECT_FLOAT_EQ(p.color[3], 0.5f);
     EXPECT_GE(p.texName, 1);
     EXPECT_EQ(p.texName, list_.getTexName(0));
