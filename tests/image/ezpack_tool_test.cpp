@@ -1,26 +1,22 @@
-// The ezpack and ezunpack command-line tools, run as a user would.
+// The ezpack and ezunpack programs, run as a user would.
 
 #include <gtest/gtest.h>
-
-#include <sys/wait.h>
 
 #include <string>
 
 #include "tests/image/image_test_util.h"
+#include "tests/support/child_process.h"
 
 using namespace imagetest;
 
 namespace {
 
-const std::string kTools = std::string(SKYRAMA_BINARY_DIR) + "/tools/ezpack/";
-
-// Runs a tool with arguments; gives its exit code and what it wrote on standard error.
-int runTool(const std::string& command, const ScratchDir& dir, std::string* errors) {
-    const std::string log = dir.file("stderr.txt");
-    const int status = std::system((kTools + command + " 2>'" + log + "'").c_str());
-    const Bytes text = readFile(log);
-    *errors = std::string(text.begin(), text.end());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+testsupport::RunResult run(const std::string& tool, const std::vector<std::string>& args) {
+    std::vector<std::string> argv = {std::string(SKYRAMA_BINARY_DIR) + "/tools/ezpack/" + tool};
+    argv.insert(argv.end(), args.begin(), args.end());
+    testsupport::RunOptions options;
+    options.withDisplay = false;
+    return testsupport::runProgram(argv, options);
 }
 
 }  // namespace
@@ -28,51 +24,60 @@ int runTool(const std::string& command, const ScratchDir& dir, std::string* erro
 TEST(EzpackTools, PackAndUnpackRoundTrip) {
     ScratchDir dir;
     const std::string text = catalogueText(100000);
-    writeFile(dir.file("stars.txt"), text);
-    std::string errors;
-    ASSERT_EQ(runTool("ezpack " + dir.file("stars.txt") + " " + dir.file("stars.ez"), dir, &errors),
-              0)
-        << errors;
-    EXPECT_EQ(errors, "");
-    const Bytes packed = readFile(dir.file("stars.ez"));
-    ASSERT_GT(packed.size(), 6u);
-    EXPECT_LT(packed.size(), text.size() / 2);
-    EXPECT_EQ(packed[0], 'E');
-    EXPECT_EQ(packed[1], 'Z');
-    EXPECT_EQ(
-        runTool("ezunpack " + dir.file("stars.ez") + " " + dir.file("stars.out"), dir, &errors), 0)
-        << errors;
-    EXPECT_EQ(readFile(dir.file("stars.out")), Bytes(text.begin(), text.end()));
-    // A plain input is copied unchanged.
-    EXPECT_EQ(
-        runTool("ezunpack " + dir.file("stars.txt") + " " + dir.file("copy.txt"), dir, &errors), 0);
-    EXPECT_EQ(readFile(dir.file("copy.txt")), Bytes(text.begin(), text.end()));
+    const std::string plain = dir.write("stars.txt", text), packed = dir.file("stars.ez");
+    testsupport::RunResult r = run("ezpack", {plain, packed});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(testsupport::readFile(packed).substr(0, 2), "EZ");
+    EXPECT_LT(testsupport::readFile(packed).size(), text.size() / 2);
+    // Unpacking gives the text back; a plain input is copied unchanged.
+    for (const std::string& in : {packed, plain}) {
+        EXPECT_EQ(run("ezunpack", {in, dir.file("out.txt")}).exitCode, 0) << in;
+        EXPECT_EQ(testsupport::readFile(dir.file("out.txt")), text) << in;
+    }
 }
 
 TEST(EzpackTools, MisuseAndBadInputGiveMessagesAndExitCodes) {
     ScratchDir dir;
-    std::string errors;
-    EXPECT_EQ(runTool("ezpack", dir, &errors), 2);
-    EXPECT_EQ(errors, "usage: ezpack <in> <out>\n  packs file <in> into the EZ container <out>\n");
-    EXPECT_EQ(runTool("ezunpack onlyone", dir, &errors), 2);
-    EXPECT_EQ(errors.rfind("usage: ezunpack <in> <out>\n", 0), 0u) << errors;
-
-    const std::string missing = dir.file("missing");
-    EXPECT_EQ(runTool("ezpack " + missing + " " + dir.file("out.ez"), dir, &errors), 1);
-    EXPECT_EQ(errors,
-              "ezpack: cannot open [" + missing + "] for reading: No such file or directory\n");
-    EXPECT_FALSE(fileExists(dir.file("out.ez")));
-    EXPECT_EQ(runTool("ezunpack " + missing + " " + dir.file("out"), dir, &errors), 1);
-    EXPECT_EQ(errors, "ezunpack: cannot open [" + missing +
-                          "]: No such file or directory\nezunpack: failed to unpack [" + missing +
-                          "]\n");
-
-    const std::string bad = dir.file("bad.ez");
-    writeFile(bad, Bytes{'E', 'Z', 0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3});
-    EXPECT_EQ(runTool("ezunpack " + bad + " " + dir.file("out"), dir, &errors), 1);
-    EXPECT_EQ(errors, "\nezunpack: " + bad +
-                          ": invalid compressed data--format violated\nezunpack: failed to "
-                          "unpack [" +
-                          bad + "]\n");
-    EXPECT_FALSE(fileExists(dir.file("out")));
+    const std::string missing = dir.file("missing"), out = dir.file("out");
+    const std::string bad = dir.write("bad.ez", Bytes{'E', 'Z', 0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3});
+    const struct {
+        std::string tool;
+        std::vector<std::string> args;
+        int exitCode;
+        std::string err;
+    } cases[] = {
+        {"ezpack",
+         {},
+         2,
+         "usage: ezpack <in> <out>\n  packs file <in> into the EZ container <out>\n"},
+        {"ezunpack",
+         {"onlyone"},
+         2,
+         "usage: ezunpack <in> <out>\n  writes the plain content of data file <in> to <out>\n"},
+        {"ezpack",
+         {missing, out},
+         1,
+         "ezpack: cannot open [" + missing + "] for reading: No such file or directory\n"},
+        {"ezunpack",
+         {missing, out},
+         1,
+         "ezunpack: cannot open [" + missing +
+             "]: No such file or directory\n"
+             "ezunpack: failed to unpack [" +
+             missing + "]\n"},
+        {"ezunpack",
+         {bad, out},
+         1,
+         "\nezunpack: " + bad +
+             ": invalid compressed data--format violated\n"
+             "ezunpack: failed to unpack [" +
+             bad + "]\n"},
+    };
+    for (const auto& c : cases) {
+        testsupport::RunResult r = run(c.tool, c.args);
+        EXPECT_EQ(r.exitCode, c.exitCode) << c.err;
+        EXPECT_EQ(r.err, c.err);
+        EXPECT_FALSE(fileExists(out)) << c.err;
+    }
 }

@@ -1,5 +1,6 @@
 #pragma once
-// Scratch files for the image tests: a private folder per test, whole-file reads and writes.
+// Shared pieces of the image tests: byte buffers, whole files, captured messages and a
+// repeatable catalogue-like text.
 
 #include <gtest/gtest.h>
 
@@ -12,63 +13,76 @@
 namespace imagetest {
 
 using Bytes = std::vector<unsigned char>;
-
-// A fresh folder below the system's temporary folder, removed with its files at the end.
 using testsupport::fileExists;
 using testsupport::ScratchDir;
 
-inline void writeFile(const std::string& name, const Bytes& bytes) {
-    FILE* f = std::fopen(name.c_str(), "wb");
-    ASSERT_NE(f, nullptr) << name;
-    if (!bytes.empty()) std::fwrite(bytes.data(), 1, bytes.size(), f);
-    std::fclose(f);
+inline Bytes bytesOf(const std::string& text) {
+    return Bytes(text.begin(), text.end());
+}
+inline Bytes readFile(const std::string& name) {
+    return bytesOf(testsupport::readFile(name));
+}
+inline Bytes concat(const std::string& text, const Bytes& data) {
+    Bytes bytes = bytesOf(text);
+    bytes.insert(bytes.end(), data.begin(), data.end());
+    return bytes;
 }
 
-inline void writeFile(const std::string& name, const std::string& text) {
-    writeFile(name, Bytes(text.begin(), text.end()));
+// What a reader of the read_pnm / read_sgi kind returns for a file.
+struct Image {
+    Bytes data;
+    int width = -1, height = -1, components = -1;
+};
+template <class Reader>
+Image readImage(Reader reader, const std::string& name) {
+    Image r;
+    r.data = reader(name.c_str(), &r.width, &r.height, &r.components);
+    return r;
+}
+
+// An uncompressed TGA file: the 18-byte header and pixelBytes bytes counting up from 0.
+inline Bytes tga(int imageType, int width, int height, int bits, std::size_t pixelBytes,
+                 int colourMapType = 0) {
+    Bytes b = {0, static_cast<unsigned char>(colourMapType), static_cast<unsigned char>(imageType)};
+    b.resize(18, 0);
+    b[12] = static_cast<unsigned char>(width);
+    b[13] = static_cast<unsigned char>(width >> 8);
+    b[14] = static_cast<unsigned char>(height);
+    b[15] = static_cast<unsigned char>(height >> 8);
+    b[16] = static_cast<unsigned char>(bits);
+    for (std::size_t i = 0; i < pixelBytes; ++i)
+        b.push_back(static_cast<unsigned char>(i % 251));
+    return b;
 }
 
 // Every byte from the stream's position to its end.
 inline Bytes readAll(FILE* f) {
     Bytes bytes;
     unsigned char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0)
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, f)) > 0;)
         bytes.insert(bytes.end(), buffer, buffer + n);
     return bytes;
 }
 
-inline Bytes readFile(const std::string& name) {
-    FILE* f = std::fopen(name.c_str(), "rb");
-    if (f == nullptr) return {};
-    Bytes bytes = readAll(f);
-    std::fclose(f);
-    return bytes;
+// What a call writes on standard error.
+template <class Call>
+std::string stderrOf(Call call) {
+    testing::internal::CaptureStderr();
+    call();
+    return testing::internal::GetCapturedStderr();
 }
 
-inline Bytes concat(const std::string& text, const Bytes& data) {
-    Bytes bytes(text.begin(), text.end());
-    bytes.insert(bytes.end(), data.begin(), data.end());
-    return bytes;
-}
-
-// Star-catalogue-like text lines, repeatable.
-inline std::string catalogueText(std::size_t bytes) {
-    std::string text = "# HIP  RA(deg)  Dec(deg)  plx(mas)  Vmag  B-V\n";
-    unsigned state = 12345;
-    char line[160];
-    for (int hip = 1; text.size() < bytes; ++hip) {
-        auto next = [&] {
-            state = state * 214013u + 2531011u;
-            return (state >> 16) & 32767;
-        };
-        std::snprintf(line, sizeof line, "%6d %10.6f %+10.6f %8.2f %6.2f %6.3f\n", hip,
-                      next() * 360.0 / 32768, next() * 180.0 / 32768 - 90, next() / 100.0,
-                      next() / 3000.0 - 1.5, next() / 16384.0 - 0.3);
+// Star-catalogue-like lines of text (number, angles, magnitude), the same every time.
+inline std::string catalogueText(std::size_t length) {
+    std::string text;
+    char line[64];
+    for (unsigned hip = 1; text.size() < length; ++hip) {
+        std::snprintf(line, sizeof line, "%6u %10.6f %+10.6f %6.2f\n", hip,
+                      hip * 7919 % 360000 / 1e3, hip * 104729 % 180000 / 1e3 - 90,
+                      hip * 31 % 1500 / 100.0 - 1.5);
         text += line;
     }
-    text.resize(bytes);
-    return text;
+    return text.substr(0, length);
 }
 
 }  // namespace imagetest

@@ -1,15 +1,19 @@
-// Frame-buffer read-back in a real window: colour rows top first, depth maps, bitmap text.
+// Frame-buffer read-back and texture upload in a real window: colour rows top first, depth
+// maps, TGA channel order.
 
 #include <gtest/gtest.h>
 
 #include <GL/freeglut.h>
-#include <GL/glu.h>
 
-#include <cmath>
 #include <string>
+#include <tuple>
 
+#include "image/image_file.h"
 #include "image/readback.h"
+#include "tests/image/image_test_util.h"
 #include "tests/support/gl_test_window.h"
+
+using namespace imagetest;
 
 namespace {
 
@@ -21,114 +25,86 @@ void ortho() {
     testsupport::orthoCamera(0, kWidth, 0, kHeight, -1, 1);
 }
 
-// Black, with the top half red and the bottom-left pixel green.
-void drawTopRed() {
-    ortho();
-    glDisable(GL_DEPTH_TEST);
-    glClearColor(0, 0, 0, 1);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glColor3ub(255, 0, 0);
-    glRecti(0, kHeight / 2, kWidth, kHeight);
-    glColor3ub(0, 255, 0);
-    glRecti(0, 0, 1, 1);
-    glFinish();
+std::string pixel(const ImageBuffer& image, int x, int rowFromTop) {
+    const unsigned char* p = &image.pixels[(std::size_t(rowFromTop) * image.width + x) * 3];
+    return std::to_string(p[0]) + "," + std::to_string(p[1]) + "," + std::to_string(p[2]);
 }
 
 }  // namespace
 
-TEST(ReadImg, NegativeArgumentReadsTheWholeViewportTopRowFirst) {
+TEST(ReadImg, WholeViewportOrARectangleTopRowFirst) {
     SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);
-    drawTopRed();
-    const ImageBuffer image = readImg(GL_BACK, -1, 5, 10, 10);
-    ASSERT_EQ(image.width, kWidth);
-    ASSERT_EQ(image.height, kHeight);
-    EXPECT_EQ(image.components, 3);
+    ortho();
+    glDisable(GL_DEPTH_TEST);
+    testsupport::clearTo(0, 0, 0, 1);
+    glColor3ub(255, 0, 0);  // the top half red, the bottom-left pixel green
+    glRecti(0, kHeight / 2, kWidth, kHeight);
+    glColor3ub(0, 255, 0);
+    glRecti(0, 0, 1, 1);
+    glFinish();
+    const ImageBuffer image = readImg(GL_BACK, -1, 5, 10, 10);  // x < 0: the whole viewport
+    ASSERT_EQ(std::make_tuple(image.width, image.height, image.components),
+              std::make_tuple(kWidth, kHeight, 3));
     ASSERT_EQ(image.pixels.size(), std::size_t(kWidth * kHeight * 3));
-    auto pixel = [&](int x, int rowFromTop) {
-        const unsigned char* p = &image.pixels[(std::size_t(rowFromTop) * kWidth + x) * 3];
-        return std::to_string(p[0]) + "," + std::to_string(p[1]) + "," + std::to_string(p[2]);
-    };
-    EXPECT_EQ(pixel(10, 0), "255,0,0");
-    EXPECT_EQ(pixel(10, kHeight - 1), "0,0,0");
-    EXPECT_EQ(pixel(0, kHeight - 1), "0,255,0");
-
-    // A rectangle: two rows at the bottom, flipped so the upper one comes first.
-    const ImageBuffer corner = readImg(GL_BACK, 0, 0, 2, 2);
-    ASSERT_EQ(corner.width, 2);
-    ASSERT_EQ(corner.height, 2);
-    EXPECT_EQ(corner.pixels, std::vector<unsigned char>({0, 0, 0, 0, 0, 0, 0, 255, 0, 0, 0, 0}));
+    EXPECT_EQ(pixel(image, 10, 0), "255,0,0");
+    EXPECT_EQ(pixel(image, 10, kHeight - 1), "0,0,0");
+    EXPECT_EQ(pixel(image, 0, kHeight - 1), "0,255,0");
+    const ImageBuffer corner = readImg(GL_BACK, 0, 0, 2, 2);  // the upper of two rows first
+    EXPECT_EQ(corner.pixels, Bytes({0, 0, 0, 0, 0, 0, 0, 255, 0, 0, 0, 0}));
 }
 
-TEST(Depth, WrittenDepthReadsBackAndSizesMustMatch) {
+TEST(Depth, WrittenDepthReadsBackAndReadDepthGivesDistances) {
     SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);
     ortho();
     glClear(GL_DEPTH_BUFFER_BIT);
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_ALWAYS);
     std::vector<float> map(kWidth * kHeight);
-    for (int r = 0; r < kHeight; ++r)
-        for (int c = 0; c < kWidth; ++c)
-            map[r * kWidth + c] = 0.01f * r + 0.001f * c;
+    for (std::size_t i = 0; i < map.size(); ++i)
+        map[i] = 0.01f * (i / kWidth) + 0.001f * (i % kWidth);
     glRasterPos2i(0, 0);
     EXPECT_EQ(writeRawDepth(map.data(), kWidth, kHeight, 0, 1), 1);
     glFinish();
     const DepthMap back = readRawDepth(0, 1);
-    glDepthFunc(GL_LESS);
-    glDisable(GL_DEPTH_TEST);
-    ASSERT_EQ(back.width, kWidth);
-    ASSERT_EQ(back.height, kHeight);
+    ASSERT_EQ(std::make_pair(back.width, back.height), std::make_pair(kWidth, kHeight));
     for (std::size_t i = 0; i < map.size(); i += 97)
         EXPECT_NEAR(back.depth[i], map[i], 1e-5) << i;
+    EXPECT_EQ(
+        stderrOf([&] { EXPECT_EQ(writeRawDepth(map.data(), kWidth - 1, kHeight, 0, 1), -1); }),
+        "writeRawDepth : size of depth map doesn't match current window size!\n\n");
 
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(writeRawDepth(map.data(), kWidth - 1, kHeight, 0, 1), -1);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "writeRawDepth : size of depth map doesn't match current window size!\n\n");
-}
-
-TEST(Depth, ReadDepthGivesDistancesFromTheEye) {
-    SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);
-    glViewport(0, 0, kWidth, kHeight);
+    // A wall 5 units away over the left half of a perspective view.
     testsupport::perspectiveCamera(60, double(kWidth) / kHeight, 1, 100);
-    glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LESS);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    // A wall at 5 units covering the left half of the view.
-    glBegin(GL_QUADS);
-    glVertex3f(-20, -20, -5);
-    glVertex3f(0, -20, -5);
-    glVertex3f(0, 20, -5);
-    glVertex3f(-20, 20, -5);
-    glEnd();
+    glClear(GL_DEPTH_BUFFER_BIT);
+    glTranslatef(0, 0, -5);
+    glRectf(-20, -20, 0, 20);
     glFinish();
     const DepthMap distance = readDepth();
     glDisable(GL_DEPTH_TEST);
-    ASSERT_EQ(distance.width, kWidth);
-    ASSERT_EQ(distance.height, kHeight);
-    auto at = [&](int x, int rowFromTop) {
-        return distance.depth[std::size_t(rowFromTop) * kWidth + x];
-    };
+    auto at = [&](int x, int row) { return distance.depth[std::size_t(row) * kWidth + x]; };
     EXPECT_NEAR(at(kWidth / 2 - 1, kHeight / 2), 5.0, 0.05);
     EXPECT_GT(at(0, 0), 5.5);  // off-axis points of the wall lie farther
     EXPECT_LT(at(0, 0), 10.0);
     EXPECT_GT(at(kWidth - 1, kHeight / 2), 99.0);  // empty sky: the far plane
 }
 
-TEST(BitmapText, DrawsAtTheRasterPosition) {
-    SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);
-    ortho();
-    glClear(GL_COLOR_BUFFER_BIT);
-    glColor3ub(255, 255, 255);
-    drawBitmapString(4, 30, "WM", GLUT_BITMAP_HELVETICA_12);
-    glFinish();
-    const ImageBuffer image = readImg(GL_BACK, 0, 0, kWidth, kHeight);
-    int lit = 0, litBelow = 0;
-    for (int row = 0; row < kHeight; ++row)
-        for (int x = 0; x < kWidth; ++x)
-            if (image.pixels[(std::size_t(row) * kWidth + x) * 3] > 128) {
-                ++lit;
-                if (row > kHeight - 30) ++litBelow;  // below the baseline, row counted from top
-            }
-    EXPECT_GT(lit, 10);
-    EXPECT_EQ(litBelow, 0);
+TEST(TgaUpload, FontSized32BitImageLoadsAsRgba) {
+    SKYRAMA_REQUIRE_WINDOW(32, 32);
+    ScratchDir dir;
+    const Bytes file = tga(2, 256, 256, 32, 256 * 256 * 4);  // B, G, R, A = 0, 1, 2, 3 ...
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    ASSERT_EQ(loadTGA(dir.write("font.tga", file).c_str(), texture), 1);
+    GLint format = 0, wrap = 0, filter = 0;
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_INTERNAL_FORMAT, &format);
+    glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, &wrap);
+    glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, &filter);
+    EXPECT_EQ(std::make_tuple(format, wrap, filter),
+              std::make_tuple(GLint{GL_RGBA}, GLint{GL_REPEAT}, GLint{GL_LINEAR}));
+    Bytes rgba(256 * 256 * 4);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
+    EXPECT_EQ(Bytes(rgba.begin(), rgba.begin() + 8), Bytes({2, 1, 0, 3, 6, 5, 4, 7}));
+    glDeleteTextures(1, &texture);
 }

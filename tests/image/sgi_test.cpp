@@ -1,9 +1,11 @@
-// SGI images: verbatim and run-length encoded twins, channel interleaving, damaged files.
+// SGI images: run-length encoded and verbatim twins, channel interleaving, damaged files.
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 #include "image/image_file.h"
 #include "tests/image/image_test_util.h"
@@ -12,44 +14,33 @@ using namespace imagetest;
 
 namespace {
 
-// A picture of zsize channels, stored channel after channel, rows bottom first.
+// A picture stored channel after channel, rows bottom first: planes[(z * ysize + y) * xsize + x].
 struct Planes {
     int xsize, ysize, zsize;
-    Bytes data;  // data[(z * ysize + y) * xsize + x]
-    unsigned char at(int x, int y, int z) const {
-        return data[(std::size_t(z) * ysize + y) * xsize + x];
-    }
+    Bytes data;
 };
 
+// Runs of equal bytes on the left half, changing bytes on the right.
 Planes testPlanes(int xsize, int ysize, int zsize) {
-    Planes p{xsize, ysize, zsize, Bytes(std::size_t(xsize) * ysize * zsize)};
+    Planes p{xsize, ysize, zsize, {}};
     for (int z = 0; z < zsize; ++z)
         for (int y = 0; y < ysize; ++y)
             for (int x = 0; x < xsize; ++x)
-                // Runs of equal bytes and stretches of changing ones.
-                p.data[(std::size_t(z) * ysize + y) * xsize + x] =
-                    static_cast<unsigned char>(x < xsize / 2 ? 40 * z + y : x * 3 + z);
+                p.data.push_back(
+                    static_cast<unsigned char>(x < xsize / 2 ? 40 * z + y : x * 3 + z));
     return p;
 }
 
-void put16(Bytes& b, std::size_t at, int v) {
-    b[at] = static_cast<unsigned char>(v >> 8);
-    b[at + 1] = static_cast<unsigned char>(v);
-}
-void put32(Bytes& b, std::size_t at, std::uint32_t v) {
-    for (int i = 0; i < 4; ++i)
-        b[at + i] = static_cast<unsigned char>(v >> (24 - 8 * i));
+void put(Bytes& b, std::size_t at, std::uint32_t value, int size) {
+    for (int i = 0; i < size; ++i)
+        b[at + i] = static_cast<unsigned char>(value >> (8 * (size - 1 - i)));
 }
 
 Bytes header(const Planes& p, bool runLength) {
-    Bytes b(512, 0);
-    put16(b, 0, 474);
-    b[2] = runLength ? 1 : 0;
-    b[3] = 1;
-    put16(b, 4, p.zsize > 1 ? 3 : 2);
-    put16(b, 6, p.xsize);
-    put16(b, 8, p.ysize);
-    put16(b, 10, p.zsize);
+    Bytes b(512, 0);  // magic, storage (run-length or not, 1 byte a channel), dimension, sizes
+    const int fields[] = {474, runLength ? 0x0101 : 0x0001, 3, p.xsize, p.ysize, p.zsize};
+    for (int i = 0; i < 6; ++i)
+        put(b, 2 * i, fields[i], 2);
     return b;
 }
 
@@ -59,54 +50,30 @@ Bytes verbatim(const Planes& p) {
     return b;
 }
 
-Bytes encodeRow(const unsigned char* row, int n) {
-    Bytes out;
-    int i = 0;
-    while (i < n) {
-        int run = 1;
-        while (i + run < n && run < 127 && row[i + run] == row[i])
-            ++run;
-        if (run >= 3) {
-            out.push_back(static_cast<unsigned char>(run));
-            out.push_back(row[i]);
-            i += run;
-            continue;
-        }
-        int literal = 0;
-        while (i + literal < n && literal < 127 &&
-               !(i + literal + 2 < n && row[i + literal] == row[i + literal + 1] &&
-                 row[i + literal] == row[i + literal + 2]))
-            ++literal;
-        out.push_back(static_cast<unsigned char>(0x80 | literal));
-        out.insert(out.end(), row + i, row + i + literal);
-        i += literal;
-    }
-    out.push_back(0);
-    return out;
-}
-
-Bytes runLengthEncoded(const Planes& p) {
+// Each row of testPlanes as repeat runs over its constant left half, then literal stretches.
+Bytes runLengthEncoded(const Planes& p, const Bytes* rowOverride = nullptr, std::size_t row = 0) {
     Bytes b = header(p, true);
     const std::size_t rows = std::size_t(p.ysize) * p.zsize;
     b.resize(512 + rows * 8);
     for (std::size_t r = 0; r < rows; ++r) {
-        const Bytes encoded = encodeRow(p.data.data() + r * p.xsize, p.xsize);
-        put32(b, 512 + r * 4, static_cast<std::uint32_t>(b.size()));
-        put32(b, 512 + rows * 4 + r * 4, static_cast<std::uint32_t>(encoded.size()));
-        b.insert(b.end(), encoded.begin(), encoded.end());
+        const unsigned char* in = p.data.data() + r * p.xsize;
+        Bytes out;
+        for (int i = 0, half = p.xsize / 2, n; i < p.xsize; i += n) {
+            n = std::min(127, (i < half ? half : p.xsize) - i);
+            out.push_back(static_cast<unsigned char>(i < half ? n : 0x80 | n));
+            out.insert(out.end(), in + i, in + (i < half ? i + 1 : i + n));
+        }
+        out.push_back(0);
+        if (rowOverride != nullptr && r == row) out = *rowOverride;
+        put(b, 512 + r * 4, static_cast<std::uint32_t>(b.size()), 4);
+        put(b, 512 + rows * 4 + r * 4, static_cast<std::uint32_t>(out.size()), 4);
+        b.insert(b.end(), out.begin(), out.end());
     }
     return b;
 }
 
-struct ReadSgi {
-    Bytes data;
-    int width = -1, height = -1, components = -1;
-};
-ReadSgi readSgiBytes(const ScratchDir& dir, const Bytes& file) {
-    writeFile(dir.file("t.sgi"), file);
-    ReadSgi r;
-    r.data = read_sgi(dir.file("t.sgi").c_str(), &r.width, &r.height, &r.components);
-    return r;
+Image readSgi(const ScratchDir& dir, const Bytes& file) {
+    return readImage(read_sgi, dir.write("t.sgi", file));
 }
 
 }  // namespace
@@ -114,96 +81,56 @@ ReadSgi readSgiBytes(const ScratchDir& dir, const Bytes& file) {
 TEST(Sgi, RunLengthEncodedImagesEqualTheirVerbatimTwins) {
     ScratchDir dir;
     for (int zsize = 1; zsize <= 4; ++zsize) {
-        SCOPED_TRACE(zsize);
         const Planes p = testPlanes(300, 7, zsize);
-        const ReadSgi plain = readSgiBytes(dir, verbatim(p));
-        const ReadSgi packed = readSgiBytes(dir, runLengthEncoded(p));
+        const Image plain = readSgi(dir, verbatim(p));
+        EXPECT_EQ(std::make_tuple(plain.width, plain.height, plain.components),
+                  std::make_tuple(300, 7, zsize));
+        EXPECT_EQ(readSgi(dir, runLengthEncoded(p)).data, plain.data) << zsize;
+        // Pixel (x, y) holds channel 0, 1, ... in turn; rows in stored order.
         ASSERT_EQ(plain.data.size(), std::size_t(300 * 7 * zsize));
-        EXPECT_EQ(plain.width, 300);
-        EXPECT_EQ(plain.height, 7);
-        EXPECT_EQ(plain.components, zsize);
-        EXPECT_EQ(packed.data, plain.data);
-        // Interleaved: pixel (x, y) holds channel 0, 1, ... in turn; rows in stored order.
-        for (int z = 0; z < zsize; ++z) {
-            EXPECT_EQ(plain.data[(std::size_t(5) * 300 + 200) * zsize + z], p.at(200, 5, z));
-            EXPECT_EQ(plain.data[std::size_t(z)], p.at(0, 0, z));
-        }
+        for (int z = 0; z < zsize; ++z)
+            EXPECT_EQ(plain.data[(5 * 300 + 200) * zsize + z], p.data[(z * 7 + 5) * 300 + 200])
+                << zsize;
     }
-}
-
-TEST(Sgi, TwoChannelsReadAsLuminanceAlphaPairs) {
-    ScratchDir dir;
-    Planes p{2, 1, 2, Bytes{10, 20, 200, 100}};  // luminance 10, 20; alpha 200, 100
-    EXPECT_EQ(readSgiBytes(dir, verbatim(p)).data, Bytes({10, 200, 20, 100}));
-    EXPECT_EQ(readSgiBytes(dir, runLengthEncoded(p)).data, Bytes({10, 200, 20, 100}));
-}
-
-TEST(Sgi, RowsMayShareEncodedBytes) {
-    ScratchDir dir;
-    Planes p{4, 3, 1, Bytes(12, 9)};
-    Bytes file = runLengthEncoded(p);
-    // Point every row at the first row's bytes, as some writers do for equal rows.
-    for (int r = 1; r < 3; ++r) {
-        std::copy(file.begin() + 512, file.begin() + 516, file.begin() + 512 + 4 * r);
-    }
-    EXPECT_EQ(readSgiBytes(dir, file).data, Bytes(12, 9));
+    const Planes two{2, 1, 2, Bytes{10, 20, 200, 100}};  // luminance 10, 20; alpha 200, 100
+    EXPECT_EQ(readSgi(dir, verbatim(two)).data, Bytes({10, 200, 20, 100}));
+    EXPECT_EQ(readSgi(dir, runLengthEncoded(two)).data, Bytes({10, 200, 20, 100}));
 }
 
 TEST(Sgi, DamagedFilesGiveNoImage) {
     ScratchDir dir;
     const Planes p = testPlanes(16, 4, 3);
     const Bytes good = runLengthEncoded(p);
-    const std::size_t rows = 4 * 3;
-    const std::size_t lengths = 512 + rows * 4;
-
-    std::vector<std::pair<const char*, Bytes>> cases;
-    cases.push_back({"empty", {}});
-    cases.push_back({"header only", Bytes(good.begin(), good.begin() + 12)});
-    Bytes zero = verbatim(p);
-    put16(zero, 8, 0);
-    cases.push_back({"zero height", zero});
-    Bytes zeroChannels = verbatim(p);
-    put16(zeroChannels, 10, 0);
-    cases.push_back({"zero channels", zeroChannels});
-    Bytes huge = verbatim(p);
-    put16(huge, 6, 65535);
-    put16(huge, 8, 65535);
-    put16(huge, 10, 4);
-    cases.push_back({"huge verbatim", huge});
-    Bytes hugeRle = good;
-    put16(hugeRle, 8, 65535);
-    cases.push_back({"huge rle tables", hugeRle});
+    auto changed = [](Bytes b, std::size_t at, std::uint32_t value, int size) {
+        put(b, at, value, size);
+        return b;
+    };
+    const std::size_t lengths = 512 + 12 * 4;  // the row length table
+    const Bytes runPastRow = {0x10, 7, 0x01, 7, 0}, literalPastData = {0x85, 7, 0};
     Bytes truncated = verbatim(p);
     truncated.pop_back();
-    cases.push_back({"truncated verbatim", truncated});
-    Bytes pastEnd = good;
-    put32(pastEnd, 512 + 4 * 5, static_cast<std::uint32_t>(good.size()) - 2);
-    cases.push_back({"row past end", pastEnd});
-    Bytes longRow = good;
-    put32(longRow, lengths, 16 * 256 + 1);
-    cases.push_back({"row longer than scratch", longRow});
-    // A run that would write past the row's end.
-    Bytes overrun = header(p, true);
-    overrun.resize(512 + rows * 8);
-    for (std::size_t r = 0; r < rows; ++r) {
-        const Bytes row = r == 2 ? Bytes{0x10, 7, 0x01, 7, 0} : Bytes{0x10, 7, 0};
-        put32(overrun, 512 + r * 4, static_cast<std::uint32_t>(overrun.size()));
-        put32(overrun, lengths + r * 4, static_cast<std::uint32_t>(row.size()));
-        overrun.insert(overrun.end(), row.begin(), row.end());
-    }
-    cases.push_back({"run past row end", overrun});
-    Bytes literalPastData = overrun;
-    literalPastData[literalPastData.size() - 3] = 0x85;  // copy 5 bytes, 2 left
-    cases.push_back({"literal past data", literalPastData});
-
-    for (const auto& [label, bytes] : cases) {
-        SCOPED_TRACE(label);
-        testing::internal::CaptureStderr();
-        const ReadSgi r = readSgiBytes(dir, bytes);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-        EXPECT_TRUE(r.data.empty());
+    const Bytes cases[] = {
+        {},
+        Bytes(good.begin(), good.begin() + 12),
+        changed(verbatim(p), 8, 0, 2),                            // no rows
+        changed(verbatim(p), 10, 0, 2),                           // no channels
+        changed(changed(verbatim(p), 6, 65535, 2), 8, 65535, 2),  // far more than the file holds
+        changed(good, 8, 65535, 2),                               // tables beyond the file
+        truncated,
+        changed(good, 512 + 4 * 5, static_cast<std::uint32_t>(good.size()) - 2, 4),  // row past end
+        changed(good, lengths, 16 * 256 + 1, 4),  // row longer than the decoder's buffer
+        runLengthEncoded(p, &runPastRow, 2),
+        runLengthEncoded(p, &literalPastData, 2),
+    };
+    for (const Bytes& bytes : cases) {
+        Image r;
+        EXPECT_EQ(stderrOf([&] { r = readSgi(dir, bytes); }), "");
+        EXPECT_TRUE(r.data.empty()) << &bytes - cases;
         EXPECT_EQ(r.width, -1);
     }
-    int w, h, c;
-    EXPECT_TRUE(read_sgi(dir.file("missing.sgi").c_str(), &w, &h, &c).empty());
+    // Rows may share encoded bytes, as some writers do for equal rows.
+    Bytes shared = runLengthEncoded(Planes{4, 3, 1, Bytes(12, 9)});
+    for (int r = 1; r < 3; ++r)
+        std::copy(shared.begin() + 512, shared.begin() + 516, shared.begin() + 512 + 4 * r);
+    EXPECT_EQ(readSgi(dir, shared).data, Bytes(12, 9));
 }
