@@ -27,22 +27,47 @@
 class StarDrawSink;
 struct StarFrame;
 
-// What drawing reads of a star every frame, kept together: its position in plain
-// coordinates (units of 10^16 metres), absolute magnitude and colour before alpha.
-struct StarDrawCache {
+// What drawing reads of a star every frame, in two arrays: every star's position in plain
+// coordinates (units of 10^16 metres), read for all stars, and the absolute magnitude and
+// colour before alpha, read only for the stars in front of the eye.
+struct StarDrawPosition {
     double pos[3];
+};
+struct StarDrawLight {
     float absMag;
     float rgb[3];
 };
 
 // A star placed in the current frame: its drawn vertex, log10 of its distance from the eye in
-// drawing units, its record and its packed size class (visible << 16 | bucket << 8 | coverage).
+// drawing units, its record and its packed size class (visible << 16 | bucket << 8 | coverage),
+// with kSlotOnScreen set when its point can touch the viewport.
+constexpr std::uint32_t kSlotOnScreen = 1u << 24;
 struct StarDrawSlot {
     double vertex[3];
     double depth;
     std::int32_t index;
     std::uint32_t packedClass;
 };
+
+// A star's magnitude seen from the eye and its packed size class, and the generation of the
+// eye (and size settings) they were worked out for.
+struct StarEyeMagnitude {
+    float appMag;
+    std::uint32_t packedClass;
+    std::uint32_t generation;
+};
+
+// While the eye stands still: a star's direction from the eye, in units of 1/32767 (zero for
+// a star at the eye), and how it is drawn: its bucket (0 when it is not drawn) and coverage,
+// with kStillWritten set once its magnitude seen from this eye is in its record. Eight bytes,
+// so that a frame reads less than a megabyte for 10^5 stars.
+struct StarStillView {
+    std::int16_t dir[3];
+    std::uint16_t draw;
+};
+constexpr std::uint16_t kStillBucketMask = 0x3f;  // buckets 0 .. 63
+constexpr int kStillCoverageShift = 6;            // coverage 0 .. 255 above the bucket
+constexpr std::uint16_t kStillWritten = 0x8000;
 
 // Stars placed by drawing before their points are handed on.
 constexpr int kDrawSlotBlock = 2048;
@@ -331,9 +356,23 @@ class StarList {
 
     // Per-star values that drawing needs every frame but that change only with the stars'
     // positions or colour settings, made again when their epoch falls behind.
-    StarDrawCache* drawCache = nullptr;  // one per record
+    StarDrawPosition* drawPositions = nullptr;  // one per record
+    StarDrawLight* drawLights = nullptr;        // one per record
     // The frame's placed stars: one per record and one more, then a block's worth.
     StarDrawSlot* drawSlots = nullptr;
+    // Each star's magnitude seen from the eye and its size class, worked out the first time
+    // the star is in front of an eye: while the eye stands still (the view may turn) they are
+    // not worked out again, nor the magnitude written again into the record. A new eye
+    // position, scale, pixel size, size setting or star position starts a new generation.
+    StarEyeMagnitude* eyeMagnitudes = nullptr;  // one per record
+    std::uint32_t eyeGeneration = 0;
+    std::uint32_t lastFrameGeneration = 0;  // the generation of the frame before
+    static constexpr int kEyeKeySize = 12;
+    // Eye in drawing units, currLogScale, vmagMin, radians per pixel, starScale, texScale,
+    // the large limit and the V-magnitude selection.
+    double eyeKey[kEyeKeySize] = {};
+    std::uint32_t eyeKeyEpoch = 0;  // positions the generation was made for
+    bool eyeKeyValid = false;
     std::int32_t drawCacheCount = 0;  // records the caches were made for
     std::uint32_t positionEpoch = 1, cartesianEpoch = 0;
     std::uint32_t colourEpoch = 1, colourCacheEpoch = 0;
@@ -345,6 +384,21 @@ class StarList {
     void touchColours() { ++colourEpoch; }
     void releaseDrawCaches();
     bool refreshDrawCaches(int renderFlags);
+    // The generation of the frame's eye: the current one while the eye, the scale, the size
+    // settings and the positions are as they were, else a new one. *still tells whether the
+    // frame before had the same one (an eye that moves every frame gains nothing from
+    // keeping what it saw).
+    std::uint32_t eyeGenerationFor(const StarFrame& frame, bool* still);
+    void forgetEyeMagnitudes() { eyeKeyValid = false; }
+    // For frames of a still eye (views that only turn): every star's direction and class,
+    // made for one generation, so that a frame tells which stars are in front and which reach
+    // the viewport from a few floats a star.
+    StarStillView* stillView = nullptr;     // one per record
+    std::uint32_t stillViewGeneration = 0;  // 0: not made
+    bool makeStillView(const StarFrame& frame, std::uint32_t generation);
+    // The point pass of drawStarsInto for stars first .. last when the still view is made.
+    void drawStillEye(const StarFrame& frame, std::uint32_t generation, int first, int last,
+                      StarDrawSink& sink);
 };
 
 template <typename T>

@@ -1,27 +1,41 @@
-// Drawing the stars with GL: anti-aliased points batched by size, textured sprites for the
-// large ones, and named points for picking.
+// Drawing the stars with GL: anti-aliased points (each with its own size where the renderer
+// allows, else batched by size), textured sprites for the large ones, and named points for
+// picking.
 
+#define GL_GLEXT_PROTOTYPES
 #include <GL/gl.h>
+#include <GL/glext.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
 
 #include "catalogue/star_list.h"
+#include "starrender/point_size_program.h"
 #include "starrender/star_draw_sink.h"
 #include "starrender/star_frame.h"
 
 namespace {
 
-class GlStarSink : public StarDrawSink {
+class GlStarSink final : public StarDrawSink {
   public:
-    explicit GlStarSink(unsigned texture) : texture_(texture) { staged_.reserve(kDrawEvery); }
+    GlStarSink(unsigned texture, const PointSizeProgram& program)
+        : texture_(texture), program_(program) {
+        staged_.reserve(kDrawEvery);
+    }
 
-    // Points of one size are gathered and drawn as vertex arrays: a piece at a time, each
-    // handed to the renderer at once, so that it draws while the remaining stars are still
-    // being worked out.
-    void beginPoints(float pointSize) override { glPointSize(pointSize); }
+    // Points are gathered and drawn as vertex arrays, a piece at a time, each handed to the
+    // renderer at once (it rasterises on threads of its own) so that it draws while the
+    // remaining stars are still being worked out. With the point-size program every point
+    // carries its size and pieces run across size changes; without it the point size is set
+    // when a point of a new size comes, so batches that end up empty cost nothing.
+    void beginPoints(float pointSize) override { size_ = pointSize; }
     void point(const double vertex[3], const float rgba[4]) override {
+        if (program_.program == 0 && size_ != drawnSize_) {
+            drawStaged();
+            glPointSize(size_);
+            drawnSize_ = size_;
+        }
         StagedPoint e;
         e.pos[0] = static_cast<float>(vertex[0]);
         e.pos[1] = static_cast<float>(vertex[1]);
@@ -30,10 +44,25 @@ class GlStarSink : public StarDrawSink {
         e.rgba[1] = rgba[1];
         e.rgba[2] = rgba[2];
         e.rgba[3] = rgba[3];
+        e.size = size_;
         staged_.push_back(e);
         if (staged_.size() == kDrawEvery) drawStaged();
     }
-    void endPoints() override { drawStaged(); }
+    void points(const StarBucketEntry* entries, int n) override {
+        for (int i = 0; i < n; ++i)
+            point(entries[i].pos, entries[i].rgba);
+    }
+    void endPoints() override {}
+    // Draws what is still staged and leaves the fixed pipeline in place.
+    void finish() {
+        drawStaged();
+        if (programBound_) {
+            glDisableVertexAttribArray(static_cast<GLuint>(program_.sizeAttribute));
+            glDisable(GL_VERTEX_PROGRAM_POINT_SIZE);
+            glUseProgram(0);
+            programBound_ = false;
+        }
+    }
 
     void beginSprites() override {
         glEnable(GL_TEXTURE_2D);
@@ -59,6 +88,7 @@ class GlStarSink : public StarDrawSink {
 
     void namedPoint(int name, float pointSize, const double* vertex) override {
         glPointSize(pointSize);
+        drawnSize_ = pointSize;
         glLoadName(static_cast<GLuint>(name));
         glBegin(GL_POINTS);
         glVertex3dv(vertex);
@@ -66,13 +96,24 @@ class GlStarSink : public StarDrawSink {
     }
 
   private:
-    static constexpr std::size_t kDrawEvery = 4096;  // points
+    static constexpr std::size_t kDrawEvery = 1024;  // points
 
     void drawStaged() {
         if (staged_.empty()) return;
         const GLsizei stride = sizeof(StagedPoint);
+        if (program_.program != 0 && !programBound_) {
+            // Bound at the first point: the sprites before it are drawn by the fixed pipeline.
+            glUseProgram(program_.program);
+            glEnable(GL_VERTEX_PROGRAM_POINT_SIZE);
+            glEnableVertexAttribArray(static_cast<GLuint>(program_.sizeAttribute));
+            programBound_ = true;
+        }
         glVertexPointer(3, GL_FLOAT, stride, staged_.data()->pos);
         glColorPointer(4, GL_FLOAT, stride, staged_.data()->rgba);
+        if (programBound_) {
+            glVertexAttribPointer(static_cast<GLuint>(program_.sizeAttribute), 1, GL_FLOAT,
+                                  GL_FALSE, stride, &staged_.data()->size);
+        }
         glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(staged_.size()));
         unflushed_ += staged_.size();
         if (unflushed_ >= kDrawEvery) {
@@ -83,10 +124,15 @@ class GlStarSink : public StarDrawSink {
     }
 
     unsigned texture_;
+    PointSizeProgram program_;
+    bool programBound_ = false;
+    float size_ = 1.0f;
+    float drawnSize_ = 1.0f;  // glPointSize(1) is set before drawing starts
     std::size_t unflushed_ = 0;
     struct StagedPoint {
         float pos[3];
         float rgba[4];
+        float size;
     };
     std::vector<StagedPoint> staged_;
 };
@@ -135,8 +181,9 @@ void StarList::drawStars(double currLogScale, int renderFlags, int viewportWidth
     glEnableClientState(GL_COLOR_ARRAY);
     glDisableClientState(GL_NORMAL_ARRAY);
     glDisableClientState(GL_TEXTURE_COORD_ARRAY);
-    GlStarSink sink(textureName);
+    GlStarSink sink(textureName, pickMode ? PointSizeProgram{} : pointSizeProgram());
     drawStarsInto(frame, renderFlags, sink);
+    sink.finish();
     glPopClientAttrib();
 
     glPopAttrib();

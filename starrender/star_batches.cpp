@@ -8,71 +8,21 @@
 
 #include "catalogue/star_list.h"
 #include "starrender/brightness_model.h"
+#include "starrender/point_batcher.h"
 #include "starrender/star_draw_sink.h"
 #include "starrender/star_frame.h"
+#include "starrender/star_pass.h"
 
 namespace {
 
-constexpr int kFirstBucket = 2;  // the batch that is open at the start: 1-pixel points
 constexpr double kMinTexScale = 1e-7;
 
-// Points of one size are drawn together. A star of the open batch's size is drawn at once;
-// others wait in their bucket; a full bucket is drawn in place and its size becomes the
-// open batch.
-class PointBatcher {
-  public:
-    PointBatcher(StarBucketEntry* const* buckets, std::int32_t* counts, int capacity,
-                 StarDrawSink& sink)
-        : buckets_(buckets), counts_(counts), capacity_(capacity), sink_(sink) {
-        sink_.beginPoints(kFirstBucket * 0.5f);
-    }
-
-    void add(int b, const double vertex[3], const float rgba[4]) {
-        if (b == current_) {
-            sink_.point(vertex, rgba);
-        } else if (buckets_[b] != nullptr && counts_[b] < capacity_) {
-            StarBucketEntry& e = buckets_[b][counts_[b]++];
-            std::memcpy(e.pos, vertex, sizeof e.pos);
-            std::memcpy(e.rgba, rgba, sizeof e.rgba);
-        } else {
-            switchTo(b, vertex, rgba);
-        }
-    }
-
-    void finish() {
-        for (int b = 0; b < kNumPointBuckets; ++b) {
-            if (counts_[b] == 0) continue;
-            sink_.endPoints();
-            sink_.beginPoints(b * 0.5f);
-            drain(b);
-        }
-        sink_.endPoints();
-    }
-
-  private:
-    // A full bucket: drawn in place, and its size becomes the open batch.
-    __attribute__((noinline)) void switchTo(int b, const double vertex[3], const float rgba[4]) {
-        sink_.endPoints();
-        sink_.beginPoints(b * 0.5f);
-        drain(b);
-        sink_.point(vertex, rgba);
-        current_ = b;
-    }
-
-    void drain(int b) {
-        for (int i = 0; i < counts_[b]; ++i)
-            sink_.point(buckets_[b][i].pos, buckets_[b][i].rgba);
-        counts_[b] = 0;
-    }
-
-    StarBucketEntry* const* buckets_;
-    std::int32_t* counts_;
-    int capacity_;
-    StarDrawSink& sink_;
-    int current_ = kFirstBucket;
-};
-
 }  // namespace
+
+void StarDrawSink::points(const StarBucketEntry* entries, int n) {
+    for (int i = 0; i < n; ++i)
+        point(entries[i].pos, entries[i].rgba);
+}
 
 void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSink& sink) {
     if (param.texScale < kMinTexScale) return;
@@ -81,15 +31,17 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     if (!refreshDrawCaches(pickMode ? 0 : renderFlags)) return;
     int first = 0, last = -1;
     getStarRange(&first, &last);
-    const StarSizeClassifier classifier(param.starScale, frame.radiansPerPixel, param.texScale,
-                                        largeLimit);
-    const StarDrawCache* cache = drawCache;
+    const StarSizeClassifier& classifier =
+        classifierFor(param.starScale, frame.radiansPerPixel, param.texScale, largeLimit);
+    const StarDrawPosition* positions = drawPositions;
+    const StarDrawLight* lights = drawLights;
+    const PointViewportTest viewport(frame);
     const float* alphaOf = coverageAlphaTable();
     // apparentMagnitude with the eye-relative w = currLogScale + depth, folded per frame.
     const double magnitudeShift =
         5.0 * ((frame.currLogScale - 16.4894) - 1.0) + (10.0 - param.vmagMin);
     auto colourOf = [&](int i, int coverage, float rgba[4]) {
-        const float* rgb = cache[i].rgb;
+        const float* rgb = lights[i].rgb;
         rgba[0] = rgb[0];
         rgba[1] = rgb[1];
         rgba[2] = rgb[2];
@@ -97,97 +49,126 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     };
 
     if (pickMode) {
+        // Picking writes magnitudes seen from its own eye.
+        forgetEyeMagnitudes();
         for (int i = last; i >= first; --i) {
             StarObj& s = stars[i];
             if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
             double vertex[3], depth;
-            if (!placeStarPoint(frame, cache[i].pos, vertex, &depth)) continue;
-            s.appMag = static_cast<float>(cache[i].absMag + 5.0 * depth + magnitudeShift);
+            if (!placeStarPoint(frame, positions[i].pos, vertex, &depth)) continue;
+            s.appMag = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
             if (!passesVMagSelection(s.appMag)) continue;
             const StarSizeClass cls = classifier.classify(s.appMag);
             const int b = cls.visible ? cls.bucket : 1;
-            sink.namedPoint(i, b * 0.5f, vertex);
+            // Only a point inside the pick box can be a hit.
+            if (viewport.mayShow(vertex, b)) sink.namedPoint(i, b * 0.5f, vertex);
         }
         return;
     }
 
     if (first <= last && isSunRecord(first)) ++first;
-
-    // Places and classifies the stars blockEnd down to blockStart with as few branches as can
-    // be (stars come in no order of direction or brightness, so branches on them are mostly
-    // guessed wrong): first the stars in front of the eye (most views leave half the sky
-    // behind), then their magnitudes and classes. Writes each star's magnitude seen from the
-    // eye into its record and keeps the visible ones, farthest first, in out.
     const bool selections = param.sptypeOn || param.absmagRangeOn;
+    const bool scaleFree = viewport.scaleFree();
+    bool eyeStill = false;
+    const std::uint32_t generation = eyeGenerationFor(frame, &eyeStill);
+    if (eyeStill && !(renderFlags & kStarTextured) && !selections && scaleFree &&
+        (stillViewGeneration == generation || makeStillView(frame, generation))) {
+        drawStillEye(frame, generation, first, last, sink);
+        return;
+    }
+
+    // Measures the stars blockEnd down to blockStart with as few branches as can be (stars
+    // come in no order of direction or brightness, so branches on them are mostly guessed
+    // wrong): first the stars in front of the eye (most views leave half the sky behind), then
+    // their magnitudes and classes, taken over from an earlier frame while the eye stands
+    // still. Writes each star's magnitude seen from a new eye into its record and keeps the
+    // visible ones, farthest first, in out, marking those whose point can touch the viewport.
+    // A kept star's vertex is its eye-relative position, placed (depth-compressed, with its
+    // depth) only with placeAll or a projection that needs the drawn vertex to tell.
     const bool vmagOn = param.vmagRangeOn != 0;
     const float vmagLow = static_cast<float>(param.vmagRangeMin);
     const float vmagHigh = static_cast<float>(param.vmagRangeMax);
     const double k = frame.cacheToDrawing;
     const Vec3 eye = frame.eyeDrawing, dir = frame.viewDir;
-    auto measureBlock = [&](int blockStart, int blockEnd, StarDrawSlot* out) {
+    // The magnitude and class of star i seen from the eye at squared distance len2 (drawing
+    // units), its magnitude written into its record. With keep, they are taken over from an
+    // earlier frame of this eye or kept for the next ones.
+    auto measureStar = [&](int i, double len2, bool keep, float* m, std::uint32_t* cls) {
+        StarEyeMagnitude& seen = eyeMagnitudes[i];
+        if (keep && seen.generation == generation) {
+            *m = seen.appMag;
+            *cls = seen.packedClass;
+            return;
+        }
+        // log10 of the distance in drawing units; minus infinity at the eye.
+        const double depth = 0.5 * std::log10(len2);
+        *m = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
+        *cls = classifier.classifyPacked(*m);
+        stars[i].appMag = *m;
+        if (keep) seen = StarEyeMagnitude{*m, *cls, generation};
+    };
+    auto measureBlock = [&](int blockStart, int blockEnd, StarDrawSlot* out, bool placeAll) {
         int inFront = 0;
         for (int i = blockEnd; i >= blockStart; --i) {
             if (selections &&
                 (!passesSptypeSelection(stars[i]) || !passesAbsMagSelection(stars[i]))) {
                 continue;
             }
-            const StarDrawCache& c = cache[i];
+            const double* c = positions[i].pos;
             StarDrawSlot& slot = out[inFront];
-            slot.vertex[0] = c.pos[0] * k - eye.x;
-            slot.vertex[1] = c.pos[1] * k - eye.y;
-            slot.vertex[2] = c.pos[2] * k - eye.z;
+            slot.vertex[0] = c[0] * k - eye.x;
+            slot.vertex[1] = c[1] * k - eye.y;
+            slot.vertex[2] = c[2] * k - eye.z;
             slot.index = i;
             inFront += static_cast<int>(
                 slot.vertex[0] * dir.x + slot.vertex[1] * dir.y + slot.vertex[2] * dir.z >= 0.0);
         }
+        const bool place = placeAll || !scaleFree;
         int kept = 0;
         for (int n = 0; n < inFront; ++n) {
             const StarDrawSlot in = out[n];
-            const int i = in.index;
-            const double px = in.vertex[0], py = in.vertex[1], pz = in.vertex[2];
-            const double len2 = px * px + py * py + pz * pz;
-            // log10 of the distance in drawing units; a star at the eye gets minus infinity.
-            const double depth = 0.5 * std::log10(len2);
-            const float m = static_cast<float>(cache[i].absMag + 5.0 * depth + magnitudeShift);
-            stars[i].appMag = m;
+            const double len2 = in.vertex[0] * in.vertex[0] + in.vertex[1] * in.vertex[1] +
+                                in.vertex[2] * in.vertex[2];
+            float m;
+            std::uint32_t cls;
+            measureStar(in.index, len2, eyeStill, &m, &cls);
+            const int bucket = static_cast<int>((cls >> 8) & 0xff);
             StarDrawSlot& slot = out[kept];
-            if (depth > kDepthCompressStart) {
-                const double r =
-                    std::pow(10.0, (depth - kDepthCompressStart) / kDepthCompressFactor +
-                                       kDepthCompressStart);
-                const double f = r / std::sqrt(len2);
-                slot.vertex[0] = px * f;
-                slot.vertex[1] = py * f;
-                slot.vertex[2] = pz * f;
-            } else {
-                slot.vertex[0] = px;
-                slot.vertex[1] = py;
-                slot.vertex[2] = pz;
-            }
-            const std::uint32_t cls = classifier.classifyPacked(m);
-            slot.index = i;
-            slot.depth = depth;
+            slot = in;
+            if (place) slot.depth = placeVertex(slot.vertex, len2);
+            cls |= viewport.mayShow(slot.vertex, bucket) ? kSlotOnScreen : 0u;
             slot.packedClass = cls;
             const bool inRange = !vmagOn || (vmagLow <= m && m <= vmagHigh);
-            kept += static_cast<int>(inRange & (cls != 0u));
+            kept += static_cast<int>(inRange & ((cls & ~kSlotOnScreen) != 0u));
         }
         return kept;
     };
-
+    // Hands a kept star to the batcher: its point, or its place when it is off the viewport.
     float rgba[4];
+    auto batch = [&](PointBatcher& batcher, StarDrawSlot& slot, bool placed) {
+        const StarSizeClass cls = StarSizeClassifier::unpack(slot.packedClass & ~kSlotOnScreen);
+        if (slot.packedClass & kSlotOnScreen) {
+            if (!placed) {
+                double* v = slot.vertex;
+                placePoint(v, v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+            }
+            colourOf(slot.index, cls.coverage, rgba);
+            batcher.add(cls.bucket, slot.vertex, rgba);
+        } else {
+            batcher.skip(cls.bucket);
+        }
+    };
+
     StarDrawSlot* block = drawSlots + count + 1;  // room for one block after the kept stars
     if (!(renderFlags & kStarTextured)) {
         // A block of stars at a time, so that the points of one block are on their way to
         // the renderer while the next block is worked out.
         PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
         for (int blockEnd = last; blockEnd >= first; blockEnd -= kDrawSlotBlock) {
-            const int n =
-                measureBlock(std::max(first, blockEnd - kDrawSlotBlock + 1), blockEnd, block);
-            for (int j = 0; j < n; ++j) {
-                const StarSizeClass cls = StarSizeClassifier::unpack(block[j].packedClass);
-                colourOf(block[j].index, cls.coverage, rgba);
-                batcher.add(cls.bucket, block[j].vertex, rgba);
-            }
+            const int n = measureBlock(std::max(first, blockEnd - kDrawSlotBlock + 1), blockEnd,
+                                       block, false);
+            for (int j = 0; j < n; ++j)
+                batch(batcher, block[j], !scaleFree);
         }
         batcher.finish();
         return;
@@ -208,10 +189,10 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         const int blockStart = std::max(first, blockEnd - kDrawSlotBlock + 1);
         for (int i = blockEnd; i >= blockStart; --i)
             stars[i].drawBucket = 0;
-        const int n = measureBlock(blockStart, blockEnd, block);
+        const int n = measureBlock(blockStart, blockEnd, block, true);
         for (int j = 0; j < n; ++j) {
             const StarDrawSlot& slot = block[j];
-            const StarSizeClass cls = StarSizeClassifier::unpack(slot.packedClass);
+            const StarSizeClass cls = StarSizeClassifier::unpack(slot.packedClass & ~kSlotOnScreen);
             StarObj& s = stars[slot.index];
             const double* v = slot.vertex;
             const double dist = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
@@ -244,10 +225,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     sink.endSprites();
 
     PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
-    for (int j = 0; j < numKept; ++j) {
-        const StarSizeClass cls = StarSizeClassifier::unpack(kept[j].packedClass);
-        colourOf(kept[j].index, cls.coverage, rgba);
-        batcher.add(cls.bucket, kept[j].vertex, rgba);
-    }
+    for (int j = 0; j < numKept; ++j)
+        batch(batcher, kept[j], true);
     batcher.finish();
 }

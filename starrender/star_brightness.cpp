@@ -181,7 +181,9 @@ void StarList::rebuildBuckets() {
     if (capacity > kMaxBucketCapacity) capacity = kMaxBucketCapacity;
     bucketCapacity = capacity;
     for (StarBucketEntry*& bucket : buckets) {
-        bucket = allocateArray<StarBucketEntry>(static_cast<std::size_t>(capacity));
+        // One entry more than the capacity: drawing writes a point before it finds the bucket
+        // full (see PointBatcher).
+        bucket = allocateArray<StarBucketEntry>(static_cast<std::size_t>(capacity) + 1);
         if (bucket == nullptr) {
             std::fprintf(stderr, "Err : allocating memory for buckets!\n\n");
             std::exit(1);

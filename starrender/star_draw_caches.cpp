@@ -9,9 +9,19 @@
 #include "starrender/star_frame.h"
 
 void StarList::releaseDrawCaches() {
-    if (drawCache != nullptr) release(drawCache);
+    if (drawPositions != nullptr) release(drawPositions);
+    if (drawLights != nullptr) release(drawLights);
     if (drawSlots != nullptr) release(drawSlots);
-    drawCache = nullptr;
+    if (eyeMagnitudes != nullptr) release(eyeMagnitudes);
+    if (stillView != nullptr) release(stillView);
+    eyeMagnitudes = nullptr;
+    stillView = nullptr;
+    stillViewGeneration = 0;
+    eyeGeneration = 0;
+    lastFrameGeneration = 0;
+    eyeKeyValid = false;
+    drawPositions = nullptr;
+    drawLights = nullptr;
     drawSlots = nullptr;
     drawCacheCount = 0;
     cartesianEpoch = 0;
@@ -21,12 +31,16 @@ void StarList::releaseDrawCaches() {
 
 bool StarList::refreshDrawCaches(int renderFlags) {
     if (count <= 0) return true;
-    if (drawCacheCount != count || drawCache == nullptr || drawSlots == nullptr) {
+    if (drawCacheCount != count || drawPositions == nullptr || drawLights == nullptr ||
+        eyeMagnitudes == nullptr || drawSlots == nullptr) {
         releaseDrawCaches();
-        drawCache = allocateRecords<StarDrawCache>(static_cast<std::size_t>(count));
+        drawPositions = allocateRecords<StarDrawPosition>(static_cast<std::size_t>(count));
+        drawLights = allocateRecords<StarDrawLight>(static_cast<std::size_t>(count));
+        eyeMagnitudes = allocateArray<StarEyeMagnitude>(static_cast<std::size_t>(count));
         drawSlots =
             allocateRecords<StarDrawSlot>(static_cast<std::size_t>(count) + 1 + kDrawSlotBlock);
-        if (drawCache == nullptr || drawSlots == nullptr) {
+        if (drawPositions == nullptr || drawLights == nullptr || eyeMagnitudes == nullptr ||
+            drawSlots == nullptr) {
             releaseDrawCaches();
             std::fprintf(stderr, "Err : allocating memory for drawing the stars!\n\n");
             return false;
@@ -37,11 +51,11 @@ bool StarList::refreshDrawCaches(int renderFlags) {
         for (int i = 0; i < count; ++i) {
             const Phc& p = stars[i].pos;
             const double f = std::pow(10.0, p.w - kDrawCacheLog);
-            StarDrawCache& c = drawCache[i];
-            c.pos[0] = p.x * f;
-            c.pos[1] = p.y * f;
-            c.pos[2] = p.z * f;
-            c.absMag = stars[i].absMag;
+            double* c = drawPositions[i].pos;
+            c[0] = p.x * f;
+            c[1] = p.y * f;
+            c[2] = p.z * f;
+            drawLights[i].absMag = stars[i].absMag;
         }
         cartesianEpoch = positionEpoch;
     }
@@ -49,9 +63,46 @@ bool StarList::refreshDrawCaches(int renderFlags) {
         renderFlags & (kStarColorFile | kStarColorMap | kStarColorWhite | kStarColorDistance);
     if (colourCacheEpoch != colourEpoch || colourCacheFlags != colourFlags) {
         for (int i = 0; i < count; ++i)
-            starColourRGB(stars[i], colourFlags, drawCache[i].rgb);
+            starColourRGB(stars[i], colourFlags, drawLights[i].rgb);
         colourCacheEpoch = colourEpoch;
         colourCacheFlags = colourFlags;
     }
     return true;
+}
+
+std::uint32_t StarList::eyeGenerationFor(const StarFrame& frame, bool* still) {
+    const double key[kEyeKeySize] = {frame.eyeDrawing.x,
+                                     frame.eyeDrawing.y,
+                                     frame.eyeDrawing.z,
+                                     frame.currLogScale,
+                                     param.vmagMin,
+                                     frame.radiansPerPixel,
+                                     param.starScale,
+                                     param.texScale,
+                                     static_cast<double>(largeLimit),
+                                     static_cast<double>(param.vmagRangeOn),
+                                     param.vmagRangeMin,
+                                     param.vmagRangeMax};
+    bool same = eyeKeyValid && eyeKeyEpoch == positionEpoch;
+    for (int i = 0; i < kEyeKeySize; ++i)
+        same = same && key[i] == eyeKey[i];
+    if (same) {
+        *still = lastFrameGeneration == eyeGeneration;
+        lastFrameGeneration = eyeGeneration;
+        return eyeGeneration;
+    }
+    for (int i = 0; i < kEyeKeySize; ++i)
+        eyeKey[i] = key[i];
+    eyeKeyEpoch = positionEpoch;
+    eyeKeyValid = true;
+    if (++eyeGeneration == 0) {
+        // Wrapped around: no star may look as if it were of the new generation.
+        for (int i = 0; i < drawCacheCount; ++i)
+            eyeMagnitudes[i].generation = 0;
+        stillViewGeneration = 0;
+        eyeGeneration = 1;
+    }
+    *still = false;
+    lastFrameGeneration = eyeGeneration;
+    return eyeGeneration;
 }

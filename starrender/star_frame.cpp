@@ -29,12 +29,43 @@ StarFrame makeStarFrame(const double m[16], const double p[16], const int viewpo
     for (int i = 0; i < 4; ++i)
         f.viewport[i] = viewport[i];
 
+    // Row r of P R, column c: sum over k of P[r][k] R[k][c] (column-major, R without
+    // translation, so the constant column is P's own).
+    const int rowOf[3] = {0, 1, 3};
+    for (int i = 0; i < 3; ++i) {
+        const int r = rowOf[i];
+        for (int c = 0; c < 3; ++c) {
+            double sum = 0.0;
+            for (int k = 0; k < 3; ++k)
+                sum += p[k * 4 + r] * f.rotation[c * 4 + k];
+            f.clipRows[i][c] = sum;
+        }
+        f.clipRows[i][3] = p[12 + r];
+    }
+    f.clipScaleFree = f.clipRows[0][3] == 0.0 && f.clipRows[1][3] == 0.0 && f.clipRows[2][3] == 0.0;
+
     const double height = viewport[3], width = viewport[2];
     double rpp = 1.0 / (height * 0.5 * p[5]);
     if (!(rpp >= kMinRadiansPerPixel)) rpp = kMinRadiansPerPixel;
     f.radiansPerPixel = rpp;
     f.aspect = (width > 0.0 && p[0] != 0.0) ? (height / width) * (p[5] / p[0]) : 1.0;
     return f;
+}
+
+PointViewportTest::PointViewportTest(const StarFrame& frame) {
+    for (int i = 0; i < 3; ++i) {
+        for (int c = 0; c < 4; ++c)
+            rows_[i][c] = frame.clipRows[i][c];
+    }
+    scaleFree_ = frame.clipScaleFree;
+    const double width = frame.viewport[2], height = frame.viewport[3];
+    keepAll_ = !(width >= 1.0 && height >= 1.0);
+    for (int b = 0; b < kBuckets; ++b) {
+        // Half the point size and a pixel, as a share of half the viewport.
+        const double reach = b * 0.25 + 1.0;
+        widenX_[b] = keepAll_ ? 1.0 : 1.0 + reach * 2.0 / width;
+        widenY_[b] = keepAll_ ? 1.0 : 1.0 + reach * 2.0 / height;
+    }
 }
 
 bool placeStar(const StarFrame& frame, const Phc& s, EyePlacement& out) {

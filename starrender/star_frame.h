@@ -2,6 +2,8 @@
 // What one frame of star drawing needs to know about the camera, taken from the GL
 // matrices, and the eye-relative placement of a star in that frame.
 
+#include <cmath>
+
 #include "common_package/math/src/phc.h"
 #include "common_package/math/src/vec3.h"
 
@@ -26,6 +28,41 @@ struct StarFrame {
     int viewport[4] = {0, 0, 1, 1};
     double radiansPerPixel = 1e-3;
     double aspect = 1.0;
+    // Rows x, y and w of projection x rotation: the clip coordinates of an eye-relative
+    // vertex v are row . (v, 1). With no constant terms (every perspective projection, picking
+    // and jitter shifts included) a vertex's direction alone decides where it lands.
+    double clipRows[3][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 0, 1}};
+    bool clipScaleFree = false;
+};
+
+// Tells the points that can touch the viewport from those that cannot. GL drops a point
+// whose centre lies outside the clip volume; a point is kept here while its centre lies
+// within the volume's sides widened by the point's radius and one pixel more, so what is left
+// out could not have drawn a pixel even on a renderer that draws wide points partly outside.
+// Depth is not tested.
+class PointViewportTest {
+  public:
+    explicit PointViewportTest(const StarFrame& frame);
+    // A point of bucket b (b x 0.5 pixels) at the drawn vertex v.
+    bool mayShow(const double v[3], int bucket) const {
+        const auto& r = rows_;
+        const double x = r[0][0] * v[0] + r[0][1] * v[1] + r[0][2] * v[2] + r[0][3];
+        const double y = r[1][0] * v[0] + r[1][1] * v[1] + r[1][2] * v[2] + r[1][3];
+        const double w = r[2][0] * v[0] + r[2][1] * v[1] + r[2][2] * v[2] + r[2][3];
+        // Without a branch: stars come in no order of direction.
+        return keepAll_ |
+               ((std::fabs(x) <= w * widenX_[bucket]) & (std::fabs(y) <= w * widenY_[bucket]));
+    }
+    // With a scale-free projection, mayShow gives the same answer for the vertex scaled by
+    // any positive factor, so the undrawn eye-relative position can be tested.
+    bool scaleFree() const { return scaleFree_; }
+
+  private:
+    static constexpr int kBuckets = 64;
+    double rows_[3][4];
+    double widenX_[kBuckets], widenY_[kBuckets];
+    bool scaleFree_;
+    bool keepAll_;  // no viewport to go by
 };
 
 // The frame of a modelview and projection (column-major, as glGetDoublev gives them) and a

@@ -56,8 +56,8 @@ std::unique_ptr<StarList> makeCatalogueStarList() {
     return list;
 }
 
-StarFrame benchFrame() {
-    const double identity[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+StarFrame benchFrame(double eyeX) {
+    const double modelview[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -eyeX, 0, 0, 1};
     double projection[16] = {0};
     const double f = 1.0 / std::tan(kBenchFovy / 2 * M_PI / 180);
     projection[0] = f;
@@ -66,5 +66,5 @@ StarFrame benchFrame() {
     projection[11] = -1.0;
     projection[14] = -0.02;
     const int viewport[4] = {0, 0, kBenchViewport, kBenchViewport};
-    return makeStarFrame(identity, projection, viewport, kBenchLogScale);
+    return makeStarFrame(modelview, projection, viewport, kBenchLogScale);
 }

@@ -15,9 +15,9 @@ std::unique_ptr<StarList> makeBenchStarList(int n, bool inFrontOnly);
 // The Hipparcos catalogue of the data tree (or a synthetic one of the same size).
 std::unique_ptr<StarList> makeCatalogueStarList();
 
-// The camera at the Sun looking down -z, one drawing unit a parsec, 60 degrees over a
-// 640 x 640 viewport.
-StarFrame benchFrame();
+// The camera at the Sun (or eyeX parsecs along x from it) looking down -z, one drawing unit a
+// parsec, 60 degrees over a 640 x 640 viewport.
+StarFrame benchFrame(double eyeX = 0.0);
 constexpr int kBenchViewport = 640;
 constexpr double kBenchFovy = 60.0;
 constexpr double kBenchLogScale = 16.4894;

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "catalogue/star_list.h"
+#include "starrender/point_size_program.h"
 #include "tests/catalogue/catalogue_test_util.h"
 #include "tests/support/gl_test_window.h"
 
@@ -174,4 +175,39 @@ TEST(DrawStarsInWindow, TexturedBrightStarsAreSpritesWiderThanTheirPoint) {
     setUpView();
     cattest::stdoutOf([&] { list.drawStars(kParsecLog, kStarColorFile | kStarTextured, -1, -1); });
     EXPECT_NE(list.getStarTextureName(), 0u);
+}
+
+// Where the renderer draws points with their own sizes, the picture is the one of point
+// batches of one size each: every size, overlapping points, depth and blending alike.
+TEST(DrawStarsInWindow, PointsWithTheirOwnSizesDrawAsBatchesOfOneSize) {
+    SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
+    cattest::ScratchDir dir;
+    StarList list;
+    std::string lines;
+    int n = 0;
+    // A grid of stars 1.3 pixels apart across the view, magnitudes from -1 (large points) to
+    // 10 (transparent ones), at two depths so that points overlap in depth as well.
+    const double t = std::tan(kFovy / 2 * M_PI / 180);
+    for (int row = 0; row < 24; ++row) {
+        for (int col = 0; col < 24; ++col) {
+            const double z = (row + col) % 2 == 0 ? -10.0 : -14.0;
+            const double x = (col - 12) * 7.3 / 100 * t * -z, y = (row - 12) * 7.3 / 100 * t * -z;
+            lines += starAt(x, y, z, -1.0f + 11.0f * ((row * 24 + col) % 37) / 36.0f, ++n);
+        }
+    }
+    load(list, dir, n, lines);
+    auto draw = [&](bool ownSizes) {
+        allowPointSizeProgram(ownSizes);
+        setUpView();
+        list.drawStars(kParsecLog, kStarColorFile | kStarDepthWrite, -1, -1);
+        std::vector<float> depth(kSize * kSize);
+        glReadPixels(0, 0, kSize, kSize, GL_DEPTH_COMPONENT, GL_FLOAT, depth.data());
+        return std::make_pair(testsupport::readBackRGB(kSize, kSize), depth);
+    };
+    const auto batches = draw(false);
+    const auto ownSizes = draw(true);
+    allowPointSizeProgram(true);
+    EXPECT_GT(findBlob(batches.first).count, kSize * kSize / 4);
+    EXPECT_TRUE(batches.first == ownSizes.first);
+    EXPECT_TRUE(batches.second == ownSizes.second);
 }

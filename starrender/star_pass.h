@@ -1,0 +1,22 @@
+#pragma once
+// Pieces shared by the passes of star drawing (internal to starrender).
+
+#include "starrender/brightness_model.h"
+
+// The size classifier of the frame's settings. Making one fills its tables, so the last one
+// is kept for as long as the settings stay.
+const StarSizeClassifier& classifierFor(float starScale, double radiansPerPixel, double texScale,
+                                        int largeLimit);
+
+// Turns an eye-relative position p (drawing units, len2 its squared length) into the drawn
+// vertex, in place: beyond 10^3.5 units from the eye the distance is compressed. Returns
+// log10 of the distance (minus infinity for a star at the eye).
+double placeVertex(double p[3], double len2);
+
+// placeVertex for a point whose depth is not wanted: within 10^3.5 units (squared length
+// below 10^7, kept clear of the edge by far more than log10 can be off) nothing changes and
+// no logarithm is taken.
+inline void placePoint(double p[3], double len2) {
+    if (len2 < 9.99e6) return;
+    placeVertex(p, len2);
+}

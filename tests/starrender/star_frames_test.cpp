@@ -1,0 +1,181 @@
+// Star drawing over a run of frames, recorded without a window: what is kept from frame to
+// frame while the eye stands still must not change what is drawn, and points that cannot
+// reach the viewport are left out without moving the others.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "catalogue/star_list.h"
+#include "starrender/star_draw_sink.h"
+#include "starrender/star_frame.h"
+#include "tests/catalogue/catalogue_test_util.h"
+
+namespace {
+
+constexpr double kParsecLog = static_cast<double>(16.4894f);
+constexpr double kDegree = 3.14159265358979323846 / 180.0;
+
+struct Drawn {
+    float size;
+    double v[3];
+    float rgba[4];
+    bool operator==(const Drawn& o) const {
+        return size == o.size && v[0] == o.v[0] && v[1] == o.v[1] && v[2] == o.v[2] &&
+               rgba[0] == o.rgba[0] && rgba[1] == o.rgba[1] && rgba[2] == o.rgba[2] &&
+               rgba[3] == o.rgba[3];
+    }
+};
+
+class PointSink : public StarDrawSink {
+  public:
+    std::vector<Drawn> points;
+    float size = 0.0f;
+    void beginPoints(float s) override { size = s; }
+    void point(const double v[3], const float rgba[4]) override {
+        Drawn d{size, {v[0], v[1], v[2]}, {rgba[0], rgba[1], rgba[2], rgba[3]}};
+        points.push_back(d);
+    }
+    void endPoints() override {}
+};
+
+// n stars scattered within 40 parsecs, bright enough that many are drawn in every size.
+void loadScatter(StarList& list, const cattest::ScratchDir& dir, int n) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> u(-1.0, 1.0), mag(-4.0, 9.0);
+    std::string lines;
+    for (int i = 0; i < n; ++i) {
+        double x, y, z;
+        do {
+            x = u(random), y = u(random), z = u(random);
+        } while (x * x + y * y + z * z > 1.0 || x * x + y * y + z * z < 1e-4);
+        const double d = 40.0 * std::sqrt(x * x + y * y + z * z);
+        const double absMag = mag(random) - 5.0 * std::log10(d / 10.0);
+        char line[200];
+        std::snprintf(line, sizeof line,
+                      "%.9g %.9g %.9g 0 1 2 3 0 0 0 0.6 %.9g 0.9 0.8 0.7 1 G 2 V %d\n", 40 * x,
+                      40 * y, 40 * z, std::pow(10.0, -absMag / 2.5), i + 1);
+        lines += line;
+    }
+    const std::string path = dir.write("scatter.star", cattest::starFile(n, lines));
+    int status = 0;
+    cattest::stdoutOf([&] { status = list.readStarFiles(path.c_str()); });
+    ASSERT_EQ(status, 1);
+    ASSERT_EQ(list.setStarAtYear(2000), 1);
+}
+
+// The camera at `eye` (parsecs) turned by `turn` degrees about y, with a vertical field of
+// `fovy` degrees over an 800 x 600 viewport.
+StarFrame frameOf(const double eye[3], double turn, double fovy) {
+    const double c = std::cos(turn * kDegree), s = std::sin(turn * kDegree);
+    // Rotation about y (column-major), then the translation -R eye.
+    double mv[16] = {c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1};
+    for (int r = 0; r < 3; ++r)
+        mv[12 + r] = -(mv[r] * eye[0] + mv[4 + r] * eye[1] + mv[8 + r] * eye[2]);
+    double proj[16] = {0};
+    const double f = 1.0 / std::tan(fovy / 2 * kDegree);
+    proj[0] = f * 600.0 / 800.0;
+    proj[5] = f;
+    proj[10] = -1.0;
+    proj[11] = -1.0;
+    proj[14] = -0.02;
+    const int viewport[4] = {0, 0, 800, 600};
+    return makeStarFrame(mv, proj, viewport, kParsecLog);
+}
+
+std::vector<float> magnitudes(const StarList& list) {
+    std::vector<float> m;
+    for (int i = 0; i < list.getNumRecords(); ++i)
+        m.push_back(list.getStarArray()[i].appMag);
+    return m;
+}
+
+}  // namespace
+
+TEST(StarFrames, AStillEyeTurningAndZoomingDrawsWhatAFreshEyeDraws) {
+    cattest::ScratchDir dir;
+    StarList still, fresh;
+    loadScatter(still, dir, 3000);
+    loadScatter(fresh, dir, 3000);
+    const double sun[3] = {0, 0, 0}, away[3] = {3.0, -1.0, 2.0};
+    struct Step {
+        const double* eye;
+        double turn, fovy;
+        bool vmagRange;
+    };
+    // Turns that bring stars from behind into view, a zoom, a magnitude selection, a move.
+    const std::vector<Step> steps = {
+        {sun, 0, 60, false},    {sun, 0, 60, false},    {sun, 40, 60, false},
+        {sun, 95, 60, false},   {sun, 95, 20, false},   {sun, 150, 20, true},
+        {sun, 150, 20, true},   {sun, 200, 90, false},  {away, 200, 90, false},
+        {away, 230, 90, false}, {away, 260, 45, false}, {away, 260, 45, false}};
+    int drawnInAll = 0;
+    for (std::size_t n = 0; n < steps.size(); ++n) {
+        const Step& st = steps[n];
+        for (StarList* list : {&still, &fresh}) {
+            if (st.vmagRange) {
+                ASSERT_EQ(list->setVMagRangeOn(2.0, 8.0), 1);
+            } else {
+                ASSERT_EQ(list->setVMagRangeOff(), 1);
+            }
+        }
+        // The same positions again: nothing seen before counts for `fresh`.
+        ASSERT_EQ(fresh.setStarAtYear(2000), 1);
+        PointSink a, b;
+        const StarFrame frame = frameOf(st.eye, st.turn, st.fovy);
+        still.drawStarsInto(frame, kStarColorFile | kStarDepthWrite, a);
+        fresh.drawStarsInto(frame, kStarColorFile | kStarDepthWrite, b);
+        ASSERT_EQ(a.points.size(), b.points.size()) << "step " << n;
+        for (std::size_t i = 0; i < a.points.size(); ++i)
+            ASSERT_TRUE(a.points[i] == b.points[i]) << "step " << n << " point " << i;
+        // Stars behind the eye keep the magnitude of the last eye that saw them, in both.
+        ASSERT_EQ(magnitudes(still), magnitudes(fresh)) << "step " << n;
+        drawnInAll += static_cast<int>(a.points.size());
+    }
+    EXPECT_GT(drawnInAll, 1000);
+}
+
+TEST(StarFrames, PointsOffTheViewportAreLeftOutAndTheRestKeepTheirOrderAndSize) {
+    cattest::ScratchDir dir;
+    StarList list;
+    loadScatter(list, dir, 3000);
+    const double sun[3] = {0, 0, 0};
+    const StarFrame frame = frameOf(sun, 30, 40);
+    // Without a viewport to go by, every visible star in front of the eye is handed on.
+    StarFrame everyPoint = frame;
+    everyPoint.viewport[2] = everyPoint.viewport[3] = 0;
+    PointSink all, culled;
+    list.drawStarsInto(everyPoint, kStarColorFile, all);
+    list.drawStarsInto(frame, kStarColorFile, culled);
+    ASSERT_LT(culled.points.size(), all.points.size() / 2);
+    ASSERT_GT(culled.points.size(), 50u);
+
+    // Window position of a drawn vertex: the frame's rotation and projection.
+    auto window = [&](const Drawn& d, double* x, double* y) {
+        const double* m = frame.rotation;
+        double e[3];
+        for (int r = 0; r < 3; ++r)
+            e[r] = m[r] * d.v[0] + m[4 + r] * d.v[1] + m[8 + r] * d.v[2];
+        const double f = 1.0 / std::tan(20 * kDegree);
+        *x = 400.0 + 400.0 * (f * 0.75 * e[0] / -e[2]);
+        *y = 300.0 + 300.0 * (f * e[1] / -e[2]);
+    };
+    // The drawn points come in the same order as among all points; each one left out lies
+    // beyond the viewport by more than its radius.
+    std::size_t next = 0;
+    for (const Drawn& d : all.points) {
+        if (next < culled.points.size() && d == culled.points[next]) {
+            ++next;
+            continue;
+        }
+        double x, y;
+        window(d, &x, &y);
+        const double radius = d.size / 2.0;
+        EXPECT_TRUE(x < -radius || x > 800 + radius || y < -radius || y > 600 + radius)
+            << "left out at (" << x << ", " << y << ") size " << d.size;
+    }
+    EXPECT_EQ(next, culled.points.size());
+}
