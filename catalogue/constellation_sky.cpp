@@ -21,13 +21,15 @@ Vec3 rotateX(const Vec3& v, double a) {
 }  // namespace
 
 Vec3 equatorialToGalactic(const Vec3& v) {
-    return rotateZ(rotateX(rotateZ(v, kEquatorialToGalacticZ1), kEquatorialToGalacticX),
-                   kEquatorialToGalacticZ2);
+    return rotateZ(
+        rotateX(rotateZ(v, kEquatorialToGalacticZ1Radians), kEquatorialToGalacticXRadians),
+        kEquatorialToGalacticZ2Radians);
 }
 
 Vec3 galacticToEquatorial(const Vec3& v) {
-    return rotateZ(rotateX(rotateZ(v, -kEquatorialToGalacticZ2), -kEquatorialToGalacticX),
-                   -kEquatorialToGalacticZ1);
+    return rotateZ(
+        rotateX(rotateZ(v, -kEquatorialToGalacticZ2Radians), -kEquatorialToGalacticXRadians),
+        -kEquatorialToGalacticZ1Radians);
 }
 
 Phc skyDirection(double raHours, double decDegrees, double w) {

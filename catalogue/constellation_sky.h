@@ -8,9 +8,9 @@
 
 // Rotations of the equatorial frame into the galactic one, applied in this order: about z,
 // about x, about z (radians; counter-clockwise rotations of the vector).
-constexpr double kEquatorialToGalacticZ1 = 1.346376;
-constexpr double kEquatorialToGalacticX = -1.097501;
-constexpr double kEquatorialToGalacticZ2 = 0.574761;
+constexpr double kEquatorialToGalacticZ1Radians = 1.346376;
+constexpr double kEquatorialToGalacticXRadians = -1.097501;
+constexpr double kEquatorialToGalacticZ2Radians = 0.574761;
 
 Vec3 equatorialToGalactic(const Vec3& v);
 Vec3 galacticToEquatorial(const Vec3& v);

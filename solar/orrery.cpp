@@ -89,9 +89,9 @@ void drawFallbackOrbits(double currLogScale) {
 void drawOrreryAt(Ephemeris* ephemeris, const OrrerySettings& settings, const EarthModels& models,
                   double currLogScale, long long moment) {
     glPushMatrix();
-    glRotated(kEquatorialToGalacticZ1, 0.0, 0.0, 1.0);
-    glRotated(kEquatorialToGalacticX, 1.0, 0.0, 0.0);
-    glRotated(kEquatorialToGalacticZ2, 0.0, 0.0, 1.0);
+    glRotated(kEphemerisToGalacticZ1Degrees, 0.0, 0.0, 1.0);
+    glRotated(kEphemerisToGalacticXDegrees, 1.0, 0.0, 0.0);
+    glRotated(kEphemerisToGalacticZ2Degrees, 0.0, 0.0, 1.0);
     glPushAttrib(GL_TEXTURE_BIT | GL_ENABLE_BIT | GL_LIGHTING_BIT);
     glDisable(GL_TEXTURE_2D);
     glDisable(GL_LIGHTING);

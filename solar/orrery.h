@@ -8,9 +8,9 @@
 
 // Rotations (degrees, applied in this order) from the ephemeris's equatorial frame to the
 // scene's galactic frame.
-constexpr double kEquatorialToGalacticZ1 = 32.9314;
-constexpr double kEquatorialToGalacticX = -62.8822;
-constexpr double kEquatorialToGalacticZ2 = 77.1417;
+constexpr double kEphemerisToGalacticZ1Degrees = 32.9314;
+constexpr double kEphemerisToGalacticXDegrees = -62.8822;
+constexpr double kEphemerisToGalacticZ2Degrees = 77.1417;
 
 // Draws the orrery at the moment chosen by the settings from the system clock. With no
 // ephemeris (null or not open) draws the fallback orbits. renderMode and frame are the

@@ -48,9 +48,9 @@ void beginFrame(double halfWidth, bool fromSide = false) {
 
 // The three turns of the orrery, so that expected points are projected as it draws them.
 void applyGalacticFrame() {
-    glRotated(kEquatorialToGalacticZ1, 0.0, 0.0, 1.0);
-    glRotated(kEquatorialToGalacticX, 1.0, 0.0, 0.0);
-    glRotated(kEquatorialToGalacticZ2, 0.0, 0.0, 1.0);
+    glRotated(kEphemerisToGalacticZ1Degrees, 0.0, 0.0, 1.0);
+    glRotated(kEphemerisToGalacticXDegrees, 1.0, 0.0, 0.0);
+    glRotated(kEphemerisToGalacticZ2Degrees, 0.0, 0.0, 1.0);
 }
 
 struct WindowPoint {

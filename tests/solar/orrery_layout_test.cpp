@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "catalogue/constellation_sky.h"
+#include "solar/orrery.h"
 #include "solar/orrery_clock.h"
 #include "solar/orrery_layout.h"
 #include "tests/solar/ephemeris_test_file.h"
@@ -107,6 +109,34 @@ TEST(OrreryLayout, EarthSpinAndGlobeSize) {
     EXPECT_NEAR(earthSpinAngle(evening, Vec3{1.0, 0.0, 0.0}), 277.65, 1e-9);
     EXPECT_NEAR(earthGlobeLog10Scale(7.0, false), std::log10(1.2756), 1e-12);
     EXPECT_NEAR(earthGlobeLog10Scale(10.0, true), std::log10(1.2756), 1e-12);
+}
+
+// The orrery turns the ephemeris's equatorial frame (in degrees, as GL rotations) into the
+// same galactic frame as the constellation boundaries (in radians).
+TEST(OrreryLayout, TheOrreryTurnsTheSkyAsTheConstellationsDo) {
+    auto turnZ = [](const Vec3& v, double degrees) {
+        const double a = degrees * 3.14159265358979323846 / 180.0;
+        return Vec3{v.x * std::cos(a) - v.y * std::sin(a), v.x * std::sin(a) + v.y * std::cos(a),
+                    v.z};
+    };
+    auto turnX = [](const Vec3& v, double degrees) {
+        const double a = degrees * 3.14159265358979323846 / 180.0;
+        return Vec3{v.x, v.y * std::cos(a) - v.z * std::sin(a),
+                    v.y * std::sin(a) + v.z * std::cos(a)};
+    };
+    // glRotated(Z1), glRotated(X), glRotated(Z2) turn a vertex by Z2 first.
+    auto orrery = [&](const Vec3& v) {
+        return turnZ(turnX(turnZ(v, kEphemerisToGalacticZ2Degrees), kEphemerisToGalacticXDegrees),
+                     kEphemerisToGalacticZ1Degrees);
+    };
+    for (const Vec3& v : {Vec3{1, 0, 0}, Vec3{0, 1, 0}, Vec3{0, 0, 1}, Vec3{0.6, -0.48, 0.64}}) {
+        const Vec3 a = orrery(v), b = equatorialToGalactic(v);
+        EXPECT_NEAR(a.x, b.x, 1e-5);
+        EXPECT_NEAR(a.y, b.y, 1e-5);
+        EXPECT_NEAR(a.z, b.z, 1e-5);
+    }
+    // The north celestial pole is at galactic latitude 27.1 degrees.
+    EXPECT_NEAR(latitudeDegrees(orrery(Vec3{0, 0, 1})), 27.1, 0.05);
 }
 
 TEST(OrreryClock, TextsInGmtLocalTimeAndTheZone) {
