@@ -127,11 +127,28 @@ void BM_StartUpToFirstFrame(benchmark::State& state) {
 BENCHMARK(BM_StartUpToFirstFrame)->Unit(benchmark::kMillisecond)->Iterations(3)->UseRealTime();
 
 // The default scene is stars, constellation lines and names, both sky grids and the
-// orrery; the Milky Way surround and the Sun's glow, which fill the whole view with texture,
-// are timed on their own.
-enum Layers { kDefaultScene, kDefaultWithoutStars, kStarsOnly, kMilkyWayOnly, kSunOnly };
-const char* const kLayerNames[] = {" default scene", " default scene without the stars",
-                                   " stars only", " Milky Way only", " Sun only"};
+// orrery; the layers other than the stars are also timed one by one, and the Milky Way
+// surround and the Sun's glow, which fill the whole view with texture, on their own.
+enum Layers {
+    kDefaultScene,
+    kDefaultWithoutStars,
+    kStarsOnly,
+    kMilkyWayOnly,
+    kSunOnly,
+    kOrreryOnly,
+    kConstellationsOnly,
+    kGridsOnly,
+    kNothing
+};
+const char* const kLayerNames[] = {" default scene",
+                                   " default scene without the stars",
+                                   " stars only",
+                                   " Milky Way only",
+                                   " Sun only",
+                                   " orrery only",
+                                   " constellation lines and names only",
+                                   " grids only",
+                                   " empty frame"};
 
 void sceneSettingsFor(int layers) {
     SceneSettings& s = sceneSettings;
@@ -142,9 +159,9 @@ void sceneSettingsFor(int layers) {
     if (layers == kDefaultScene) return;
     s.showStars = false;
     if (layers == kDefaultWithoutStars) return;
-    s.showConstellationLines = s.showConstellationNames = false;
-    s.showEquatorialGrid = s.showGalacticGrid = false;
-    s.showSolarSystem = false;
+    s.showConstellationLines = s.showConstellationNames = layers == kConstellationsOnly;
+    s.showEquatorialGrid = s.showGalacticGrid = layers == kGridsOnly;
+    s.showSolarSystem = layers == kOrreryOnly;
     s.showStars = layers == kStarsOnly;
     s.showMilkyWay = layers == kMilkyWayOnly;
     s.showSun = layers == kSunOnly;
@@ -176,7 +193,8 @@ void BM_DefaultSceneFrame(benchmark::State& state) {
 }
 BENCHMARK(BM_DefaultSceneFrame)
     ->ArgsProduct({{0, 1},
-                   {kDefaultScene, kDefaultWithoutStars, kStarsOnly, kMilkyWayOnly, kSunOnly}})
+                   {kDefaultScene, kDefaultWithoutStars, kStarsOnly, kMilkyWayOnly, kSunOnly,
+                    kOrreryOnly, kConstellationsOnly, kGridsOnly, kNothing}})
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 

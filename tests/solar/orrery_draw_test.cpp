@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "common_package/glm/src/glm.h"
 #include "solar/earth.h"
 #include "solar/orrery.h"
 #include "solar/orrery_clock.h"
@@ -18,6 +19,7 @@
 #include "solar/planet_table.h"
 #include "tests/solar/ephemeris_test_file.h"
 #include "tests/support/gl_test_window.h"
+#include "tests/support/scratch_files.h"
 
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
@@ -251,6 +253,63 @@ TEST(EarthDrawing, GridEquatorTropicsAxesAndSize) {
     drawEarth(earth, sun, -86400, EarthModels(), settings, 10.0);
     EXPECT_EQ(GetCapturedStderr(), "The time given to drawEarth is too old...\n");
     EXPECT_EQ(countLit(readBackRGB(kSize, kSize)), 0);
+}
+
+// Polygons and lines the Earth hands to GL, counted in feedback mode.
+struct DrawnPrimitives {
+    int polygons = 0, lines = 0;
+};
+DrawnPrimitives feedbackOfEarth(double currLogScale, const EarthModels& models) {
+    std::vector<GLfloat> buffer(1 << 20);
+    glFeedbackBuffer(static_cast<GLsizei>(buffer.size()), GL_3D, buffer.data());
+    glRenderMode(GL_FEEDBACK);
+    const Phc earth{0.0, 0.0, 0.0, 0.0}, sun{1.0, 0.0, 0.0, 11.0};
+    drawEarth(earth, sun, kJ2000Gmt, models, OrrerySettings(), currLogScale);
+    const int n = glRenderMode(GL_RENDER);
+    DrawnPrimitives drawn;
+    for (int i = 0; i < n;) {
+        const int token = static_cast<int>(buffer[i]);
+        if (token == GL_POLYGON_TOKEN) {
+            const int vertices = static_cast<int>(buffer[i + 1]);
+            ++drawn.polygons;
+            i += 2 + 3 * vertices;
+        } else if (token == GL_LINE_TOKEN || token == GL_LINE_RESET_TOKEN) {
+            ++drawn.lines;
+            i += 1 + 2 * 3;
+        } else if (token == GL_POINT_TOKEN || token == GL_BITMAP_TOKEN ||
+                   token == GL_DRAW_PIXEL_TOKEN || token == GL_COPY_PIXEL_TOKEN) {
+            i += 1 + 3;
+        } else {
+            i += 2;  // pass-through
+        }
+    }
+    return drawn;
+}
+
+TEST(EarthDrawing, TheGlobeIsLeftOutWhenUnderTwoPixelsAcross) {
+    SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
+    // An octahedron of unit radius for each of the three layers.
+    testsupport::ScratchDir dir;
+    const std::string obj =
+        dir.write("globe.obj",
+                  "v 1 0 0\nv -1 0 0\nv 0 1 0\nv 0 -1 0\nv 0 0 1\nv 0 0 -1\n"
+                  "f 1 3 5\nf 3 2 5\nf 2 4 5\nf 4 1 5\nf 3 1 6\nf 2 3 6\nf 4 2 6\nf 1 4 6\n");
+    GLMmodel* globe = glmReadOBJQuiet(obj.c_str());
+    ASSERT_NE(globe, nullptr);
+    const EarthModels models{globe, globe, globe};
+    // 4.4 units across 256 pixels: at log scale 7 the globe's radius is 1.2756 units (74
+    // pixels), at 8 a tenth of that (7.4 pixels), at 9 a hundredth (0.74 pixels).
+    beginFrame(2.2);
+    const DrawnPrimitives near = feedbackOfEarth(7.0, models);
+    const DrawnPrimitives small = feedbackOfEarth(8.0, models);
+    const DrawnPrimitives tiny = feedbackOfEarth(9.0, models);
+    glmDelete(globe);
+    EXPECT_GE(near.polygons, 3 * 8);
+    EXPECT_GE(small.polygons, 3 * 8);
+    EXPECT_EQ(tiny.polygons, 0);
+    // The axes and the grid still mark where it is.
+    EXPECT_GT(tiny.lines, 100);
+    EXPECT_EQ(tiny.lines, near.lines);
 }
 
 TEST(OrreryClockDrawing, DatesAtTheBottomLeftAndTheZoneAtTheRight) {
