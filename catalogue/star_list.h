@@ -152,7 +152,8 @@ class StarList {
     int setDatasetAtYear(int year);
     int getDatasetAtYear() const { return param.datasetAtYear; }
     int setLSR(const double* lsr);
-    void getAverageVelocity(int useVMag, int useZRange, int useSptype, double mean[3]) const;
+    // Returns the number of stars averaged.
+    int getAverageVelocity(int useVMag, int useZRange, int useSptype, double mean[3]) const;
     long findZRangeIndex(double w) const;
     // Index range visited by drawing and picking: all records, or the distance selection's
     // first..last. last < first means none.

@@ -70,14 +70,14 @@ int StarList::setLSR(const double* lsr) {
     return 1;
 }
 
-void StarList::getAverageVelocity(int useVMag, int useZRange, int useSptype, double mean[3]) const {
-    if (mean == nullptr) return;
+int StarList::getAverageVelocity(int useVMag, int useZRange, int useSptype, double mean[3]) const {
+    if (mean == nullptr) return 0;
     mean[0] = mean[1] = mean[2] = 0.0;
     int first = 0, last = count - 1;
     if (useZRange && param.zRangeOn) getStarRange(&first, &last);
     if (includeSun && first == 0) first = 1;
     double sum[3] = {0.0, 0.0, 0.0};
-    long counted = 0;
+    int counted = 0;
     for (int i = last; i >= first; --i) {
         const StarObj& s = stars[i];
         if (useSptype && !passesSptypeSelection(s)) continue;
@@ -87,7 +87,8 @@ void StarList::getAverageVelocity(int useVMag, int useZRange, int useSptype, dou
         sum[2] += s.vel.z;
         ++counted;
     }
-    if (counted == 0) return;
+    if (counted == 0) return 0;
     for (int c = 0; c < 3; ++c)
         mean[c] = sum[c] / static_cast<double>(counted);
+    return counted;
 }

@@ -43,19 +43,6 @@ int pushPanelColours() {
     return 9;
 }
 
-// The GLUT input of the panel sets Shift, Ctrl and Alt from the modifiers an event reports,
-// and the release of a modifier key still reports it held: a released Shift would linger
-// until the next key and spoil the next click on the panel. The keys' own down and up
-// events are exact: when none of them is held, the modifiers are cleared for the frames
-// that follow. (Inside a frame they may only be cleared all together.)
-void settleModifierKeys() {
-    ImGuiIO& io = ImGui::GetIO();
-    for (int key = GLUT_KEY_SHIFT_L; key <= GLUT_KEY_ALT_R; ++key) {
-        if (io.KeysDown[256 + key]) return;
-    }
-    io.KeyShift = io.KeyCtrl = io.KeyAlt = false;
-}
-
 void buildHeader() {
     ImGui::Dummy(ImVec2(0.0f, 2.0f));
     ImGui::Separator();
@@ -106,7 +93,6 @@ void buildRollouts() {
 
 void buildScenePanel() {
     if (sceneStars() == nullptr) return;
-    settleModifierKeys();
     const int colours = pushPanelColours();
     buildHeader();
     buildRollouts();

@@ -32,9 +32,8 @@ void fillAverageTexts(StarVelocityPanel& v) {
 
 void takeAverage(const StarList& stars) {
     StarVelocityPanel& v = velocityPanel;
-    stars.getAverageVelocity(v.considerVMag, v.considerLogDist, v.considerSptype, v.average);
     v.averagedCount =
-        countAveragedStars(stars, v.considerVMag, v.considerLogDist, v.considerSptype);
+        stars.getAverageVelocity(v.considerVMag, v.considerLogDist, v.considerSptype, v.average);
     std::printf("average velocity for %d/%d stars is [%f,%f,%f]\n", v.averagedCount, v.totalStars,
                 v.average[0], v.average[1], v.average[2]);
     std::fflush(stdout);
@@ -47,20 +46,6 @@ std::optional<double> fieldNumber(const PanelText& field, const char* label) {
 }
 
 }  // namespace
-
-int countAveragedStars(const StarList& stars, bool useVMag, bool useZRange, bool useSptype) {
-    int first = 0, last = stars.getNumRecords() - 1;
-    if (useZRange && stars.getStarParameter().zRangeOn) stars.getStarRange(&first, &last);
-    if (stars.includesSun() && first == 0) first = 1;
-    const StarObj* all = stars.getStarArray();
-    int counted = 0;
-    for (int i = last; i >= first && all != nullptr; --i) {
-        if (useSptype && !stars.passesSptypeSelection(all[i])) continue;
-        if (useVMag && !stars.passesVMagSelection(all[i].appMag)) continue;
-        ++counted;
-    }
-    return counted;
-}
 
 void initStarVelocityPanel(const StarList& stars) {
     StarVelocityPanel& v = velocityPanel;

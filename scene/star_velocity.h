@@ -27,10 +27,6 @@ struct StarVelocityPanel {
 
 extern StarVelocityPanel velocityPanel;
 
-// Number of stars the average velocity is taken over with these selections (the same stars
-// StarList::getAverageVelocity visits).
-int countAveragedStars(const StarList& stars, bool useVMag, bool useZRange, bool useSptype);
-
 // At panel creation: the star count, the first average (printed), the LSR of the star
 // parameters as current and default, and every field.
 void initStarVelocityPanel(const StarList& stars);

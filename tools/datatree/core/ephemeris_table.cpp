@@ -128,7 +128,7 @@ void readKeywords(const std::string& path, EphemerisTable* table) {
         const std::int32_t* t = table->pointers[i];
         if (t[1] == 0) continue;  // item absent
         if (t[0] < 3 || t[1] < 1 || t[2] < 1 ||
-            t[0] - 1 + std::int64_t(t[1]) * components * t[2] > kEphemerisRecordValues)
+            t[0] - 1 + std::int64_t(t[1]) * components * t[2] > kDe405RecordValues)
             throw DataError(path + ": coefficient pointer " + std::to_string(i) +
                             " out of the record");
     }
@@ -144,7 +144,7 @@ void readRows(const std::string& path, EphemerisTable* table) {
         throw DataError(path + ": truncated: the header announces " + std::to_string(declared) +
                         " bytes, the file holds " + std::to_string(b.size()));
     }
-    const std::size_t rowBytes = kF0iRowHeaderBytes + std::size_t(kEphemerisRecordValues) * 8;
+    const std::size_t rowBytes = kF0iRowHeaderBytes + std::size_t(kDe405RecordValues) * 8;
     std::size_t body = b.size() - kF0iHeaderBytes;
     if (body == 0 || body % rowBytes != 0) {
         throw DataError(path + ": " + std::to_string(body) +
@@ -161,7 +161,7 @@ void readRows(const std::string& path, EphemerisTable* table) {
     table->rows.reserve(rows);
     for (std::size_t r = 0; r < rows; ++r) {
         std::size_t at = kF0iHeaderBytes + r * rowBytes;
-        if (i32le(at + 8) != 1 || i32le(at + 12) != kEphemerisRecordValues) {
+        if (i32le(at + 8) != 1 || i32le(at + 12) != kDe405RecordValues) {
             throw DataError(path + ": row " + std::to_string(r) +
                             " is not a vector of 1018 values");
         }
@@ -284,7 +284,7 @@ std::string calendarText(double jd) {
 }  // namespace
 
 std::vector<unsigned char> formatEphemerisFile(const EphemerisTable& t) {
-    const std::size_t R = kEphemerisRecordBytes;
+    const std::size_t R = kDe405RecordBytes;
     std::vector<unsigned char> out((2 + t.rows.size()) * R, 0);
     double first = rowStartJd(t, 0), last = rowStartJd(t, t.rows.size());
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-constexpr int kEphemerisRecordValues = 1018;  // eight-byte values per record
-constexpr int kEphemerisRecordBytes = kEphemerisRecordValues * 8;
+constexpr int kDe405RecordValues = 1018;  // eight-byte values per record
+constexpr int kDe405RecordBytes = kDe405RecordValues * 8;
 constexpr int kEphemerisCoefficients = 1016;  // per data record, after the two dates
 constexpr int kMaxEphemerisConstants = 400;
 constexpr double kMjdToJd = 2400000.5;
