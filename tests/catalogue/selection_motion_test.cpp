@@ -195,16 +195,16 @@ TEST(StarMotion, AverageVelocitySkipsTheSunAndHonoursTheFilters) {
          "2 0 0 0 20 0 0 0 0 0 0 1 1 1 1 1 K 2 V\n"
          "3 0 0 0 60 6 0 0 0 0 0 1 1 1 1 1 K 8 V\n");
     double mean[3];
-    list.getAverageVelocity(0, 0, 0, mean);
+    EXPECT_EQ(list.getAverageVelocity(0, 0, 0, mean), 3);
     EXPECT_DOUBLE_EQ(mean[0], 30.0);
     EXPECT_DOUBLE_EQ(mean[1], 2.0);
     list.setSptypeRangeOn(5, 0.0f, 5.0f);
-    list.getAverageVelocity(0, 0, 1, mean);
+    EXPECT_EQ(list.getAverageVelocity(0, 0, 1, mean), 2);
     EXPECT_DOUBLE_EQ(mean[0], 15.0);
     list.setZRangeOn(16.4894f + 0.2, 16.4894f + 0.4);  // the 2 pc star only
     list.getAverageVelocity(0, 1, 0, mean);
     EXPECT_DOUBLE_EQ(mean[0], 20.0);
     list.setZRangeOn(30, 31);
-    list.getAverageVelocity(0, 1, 0, mean);
+    EXPECT_EQ(list.getAverageVelocity(0, 1, 0, mean), 0);
     EXPECT_DOUBLE_EQ(mean[0], 0.0);
 }
