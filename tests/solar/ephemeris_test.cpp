@@ -1,6 +1,6 @@
-// The ephemeris reader on files the tests write themselves: positions, velocities and angles
-// against the formulas the files encode, the record boundary rule, the cache, and the
-// messages for bad calls and damaged files.
+// The ephemeris reader on files the tests write: answers against the formulas the files
+// encode, the record boundary rule, the cache, Julian dates, and the messages for bad calls
+// and damaged files.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "solar/ephemeris.h"
+#include "solar/julian_date.h"
 #include "tests/solar/ephemeris_test_file.h"
 
 using testing::internal::CaptureStderr;
@@ -21,8 +22,8 @@ using namespace solartest;
 
 namespace {
 
-constexpr double kKm = 1000.0;  // metres
 constexpr double kT0 = kTestFirstJulianDate;
+constexpr int kSlot = 8152;
 
 std::vector<unsigned char> readBytes(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -41,7 +42,6 @@ void putBigEndianInt(std::vector<unsigned char>& bytes, std::size_t offset, int 
         bytes[offset + i] = static_cast<unsigned char>(value >> (24 - 8 * i));
 }
 
-// What open printed on standard error.
 std::string openMessage(Ephemeris& ephemeris, const std::string& path, int* status = nullptr) {
     CaptureStderr();
     int result = ephemeris.open(path.c_str(), false);
@@ -57,20 +57,35 @@ std::string writeSpec(const std::string& name, const TestEphemerisSpec& spec = {
 
 }  // namespace
 
-TEST(Ephemeris, UnopenedReaderRefusesEveryLookup) {
-    Ephemeris ephemeris;
-    EXPECT_EQ(ephemeris.dataSize(), -1);
+TEST(JulianDate, FromCalendarDatesAndGmtSeconds) {
+    const std::pair<CalendarDate, double> dates[] = {
+        {{2000, 1, 1, 12, 0, 0.0}, 2451545.0},  {{1970, 1, 1, 0, 0, 0.0}, 2440587.5},
+        {{1987, 1, 27, 0, 0, 0.0}, 2446822.5},  {{1988, 6, 19, 12, 0, 0.0}, 2447332.0},
+        {{1600, 12, 31, 0, 0, 0.0}, 2305812.5}, {{2000, 2, 29, 0, 0, 0.0}, 2451603.5},
+        {{1900, 3, 1, 0, 0, 0.0}, 2415079.5}};
+    for (const auto& [date, jd] : dates)
+        EXPECT_EQ(julianDateFromCalendar(date), jd) << date.year << "-" << date.month;
+    EXPECT_NEAR(julianDateFromCalendar(1957, 10, 4, 19, 26, 24.0), 2436116.31, 1e-9);
+    EXPECT_EQ(julianDateFromGmt(0), 2440587.5);
+    EXPECT_EQ(julianDateFromGmt(946728000 + 21600), 2451545.25);
+    EXPECT_NEAR(julianDateFromGmt(951782400 + 1), 2451603.5 + 1.0 / 86400, 1e-9);
+    CaptureStderr();
+    EXPECT_EQ(julianDateFromGmt(-1), 0.0);
+    EXPECT_EQ(GetCapturedStderr(), "Err: gmtTime should not be negative!\n\n");
+}
+
+TEST(Ephemeris, UnopenedOrUnopenableReadersRefuseWithTheirMessages) {
+    Ephemeris unopened;
+    EXPECT_EQ(unopened.dataSize(), -1);
     double out[3] = {7.0, 7.0, 7.0}, v[3];
     CaptureStderr();
-    EXPECT_EQ(ephemeris.positionAt(kMars, 2451545.0, out), -1);
-    EXPECT_EQ(ephemeris.stateAt(kMars, 2451545.0, out, v), -1);
-    EXPECT_EQ(ephemeris.librationsAt(GmtTime{0}, out), -1);
+    EXPECT_EQ(unopened.positionAt(kMars, 2451545.0, out), -1);
+    EXPECT_EQ(unopened.stateAt(kMars, 2451545.0, out, v), -1);
+    EXPECT_EQ(unopened.librationsAt(GmtTime{0}, out), -1);
     const std::string message = "\nErr: Ephemeris Data not initialized yet.\n";
     EXPECT_EQ(GetCapturedStderr(), message + message + message);
     EXPECT_EQ(out[0], 7.0);
-}
 
-TEST(Ephemeris, OpenFailuresAreReportedUnlessQuiet) {
     std::string missing = testFilePath("missing.405");
     std::string longName = "/nonexistent/" + std::string(300, 'x');
     TestEphemerisSpec de403;
@@ -98,23 +113,18 @@ TEST(Ephemeris, PositionsVelocitiesAndAnglesFollowTheCoefficients) {
     std::string path = writeSpec("smooth.405");
     Ephemeris ephemeris;
     ASSERT_EQ(ephemeris.open(path.c_str(), true), 0);
-    EXPECT_EQ(ephemeris.header().kilometresPerAu, 149597870.691);
-    EXPECT_EQ(ephemeris.header().earthMoonMassRatio, 81.30056);
-    EXPECT_EQ(ephemeris.constants()[399], 399.5);
-    EXPECT_EQ(ephemeris.dataSize(), 4 * 8152);
-    EXPECT_EQ(ephemeris.cacheSize(), 256 * 8152);
-
-    // Inside records, on granule edges, and beyond the file (where the first and last
-    // records' polynomials carry on).
+    EXPECT_EQ(ephemeris.dataSize(), 4 * kSlot);
+    EXPECT_EQ(ephemeris.cacheSize(), 256 * kSlot);
+    // Inside records, on granule edges, and beyond the file on either side.
     for (double t : {kT0 + 0.3, kT0 + 8.0, 2451545.0, kT0 + 127.9, kT0 - 3.0, kT0 + 130.0}) {
         for (int item = 0; item < kEphemerisBodyCount; ++item) {
             double p[3], q[3], v[3];
             ASSERT_EQ(ephemeris.positionAt(item, t, p), 0);
             ASSERT_EQ(ephemeris.stateAt(item, t, q, v), 0);
             for (int c = 0; c < 3; ++c) {
-                EXPECT_NEAR(p[c], testItemValue(item, c, t) * kKm, 1e-3) << item << " " << t;
+                EXPECT_NEAR(p[c], testItemValue(item, c, t) * 1000.0, 1e-3) << item << " " << t;
                 EXPECT_EQ(q[c], p[c]);
-                EXPECT_NEAR(v[c], testItemRate(item, c, t) * kKm / 86400.0, 1e-6) << item;
+                EXPECT_NEAR(v[c], testItemRate(item, c, t) / 86.4, 1e-6) << item;
             }
         }
         double nutations[2], librations[3];
@@ -123,22 +133,16 @@ TEST(Ephemeris, PositionsVelocitiesAndAnglesFollowTheCoefficients) {
         EXPECT_NEAR(nutations[1], testItemValue(11, 1, t), 1e-12);
         EXPECT_NEAR(librations[2], testItemValue(12, 2, t), 1e-12);
     }
-
-    // The calendar and GMT forms go through the Julian date.
     double byJd[3], byCalendar[3], byGmt[3];
     ASSERT_EQ(ephemeris.positionAt(kVenus, 2451545.0, byJd), 0);
     ASSERT_EQ(ephemeris.positionAt(kVenus, CalendarDate{2000, 1, 1, 12, 0, 0.0}, byCalendar), 0);
     ASSERT_EQ(ephemeris.positionAt(kVenus, GmtTime{946728000}, byGmt), 0);
     EXPECT_EQ(byCalendar[1], byJd[1]);
     EXPECT_EQ(byGmt[1], byJd[1]);
-    CaptureStderr();  // before 1970: refused, and read at Julian date 0 (the first record)
-    ASSERT_EQ(ephemeris.positionAt(kVenus, GmtTime{-1}, byGmt), 0);
-    EXPECT_EQ(GetCapturedStderr(), "Err: gmtTime should not be negative!\n\n");
-    EXPECT_NEAR(byGmt[0], testItemValue(kVenus, 0, 0.0) * kKm, 1.0);
     std::remove(path.c_str());
 }
 
-TEST(Ephemeris, BoundaryTimesBelongToTheEarlierRecord) {
+TEST(Ephemeris, BoundaryTimesBelongToTheEarlierRecordAndOneSlotAgrees) {
     TestEphemerisSpec spec;
     spec.stepKmPerRecord = 1000.0;  // neighbouring records disagree by 1000 km
     std::string path = writeSpec("stepped.405", spec);
@@ -150,18 +154,15 @@ TEST(Ephemeris, BoundaryTimesBelongToTheEarlierRecord) {
             double at[3], next[3];
             ASSERT_EQ(ephemeris.positionAt(item, boundary, at), 0);
             ASSERT_EQ(ephemeris.positionAt(item, after, next), 0);
-            EXPECT_NEAR(at[1], testItemValue(item, 1, boundary, k * 1000.0) * kKm, 1e-3);
-            EXPECT_NEAR(next[1], testItemValue(item, 1, after, (k + 1) * 1000.0) * kKm, 1e-3);
+            EXPECT_NEAR(at[1], testItemValue(item, 1, boundary, k * 1000.0) * 1000.0, 1e-3);
+            EXPECT_NEAR(next[1], testItemValue(item, 1, after, (k + 1) * 1000.0) * 1000.0, 1e-3);
         }
     }
     EXPECT_EQ(ephemeris.recordNumberFor(1e300), 3);
     EXPECT_EQ(ephemeris.recordNumberFor(NAN), 0);
-
-    // A one-slot cache, alternating between the first and last records, reads the file
-    // each time and gives the same answers.
     ASSERT_EQ(single.open(path.c_str(), true), 0);
-    EXPECT_EQ(single.setCacheSize(8152), 8152);
-    for (int round = 0; round < 6; ++round) {
+    EXPECT_EQ(single.setCacheSize(kSlot), kSlot);
+    for (int round = 0; round < 6; ++round) {  // alternating between the first and last records
         double t = round % 2 == 0 ? kT0 + 5.0 : kT0 + 120.0;
         for (int item = 0; item < kEphemerisBodyCount; ++item) {
             double a[3], b[3];
@@ -173,28 +174,26 @@ TEST(Ephemeris, BoundaryTimesBelongToTheEarlierRecord) {
     std::remove(path.c_str());
 }
 
-TEST(Ephemeris, CacheHoldsWholeSlotsUpTo256) {
+TEST(Ephemeris, CacheHoldsWholeSlotsUpTo256AndFailedAllocationsLoseNothing) {
     std::string path = writeSpec("cache.405");
     Ephemeris ephemeris;
-    EXPECT_EQ(ephemeris.setCacheSize(3 * 8152 + 100), 3 * 8152);  // kept for the open
+    EXPECT_EQ(ephemeris.setCacheSize(3 * kSlot + 100), 3 * kSlot);  // kept for the open
     ASSERT_EQ(ephemeris.open(path.c_str(), true), 0);
-    EXPECT_EQ(ephemeris.cacheSize(), 3 * 8152);
-    EXPECT_EQ(ephemeris.setCacheSize(2 * 256 * 8152), 256 * 8152);
+    EXPECT_EQ(ephemeris.cacheSize(), 3 * kSlot);
+    EXPECT_EQ(ephemeris.setCacheSize(2 * 256 * kSlot), 256 * kSlot);
     CaptureStderr();
-    EXPECT_EQ(ephemeris.setCacheSize(8151), -1);
+    EXPECT_EQ(ephemeris.setCacheSize(kSlot - 1), -1);
     EXPECT_EQ(GetCapturedStderr(),
               "Err (setCacheSize) : the cache must hold one record at least [8151 bytes].\n");
-    EXPECT_EQ(ephemeris.cacheSize(), 256 * 8152);
     ASSERT_EQ(ephemeris.open(path.c_str(), true), 0);  // reopening keeps the slot count
-    EXPECT_EQ(ephemeris.cacheSize(), 256 * 8152);
+    EXPECT_EQ(ephemeris.cacheSize(), 256 * kSlot);
 
-    // Failed allocations name their size and lose nothing.
     static int allocationsLeft;
     ephemeris.setAllocator(
         [](std::size_t n) { return allocationsLeft-- > 0 ? std::malloc(n) : nullptr; }, std::free);
     allocationsLeft = 0;
     CaptureStderr();
-    EXPECT_EQ(ephemeris.setCacheSize(10 * 8152), -1);
+    EXPECT_EQ(ephemeris.setCacheSize(10 * kSlot), -1);
     EXPECT_EQ(GetCapturedStderr(), "Err: cannot allocate so many memory [81520 bytes].\n\n");
     double p[3];
     EXPECT_EQ(ephemeris.positionAt(kSun, kT0 + 70.0, p), 0);
@@ -230,9 +229,7 @@ TEST(Ephemeris, BadItemsAndGranulesAreRefusedWithTheirMessages) {
     std::remove(path.c_str());
 }
 
-// Files a user could have in place of the ephemeris: each is refused with a message naming
-// it, and the reader stays uninitialised.
-TEST(Ephemeris, DamagedFilesAreRefusedWithAMessage) {
+TEST(Ephemeris, DamagedFilesAreRefusedWithAMessageAndNeverReadOutsideARecord) {
     std::string goodPath = writeSpec("good.405");
     const std::vector<unsigned char> good = readBytes(goodPath);
     auto patched = [&good](std::size_t offset, int value) {
@@ -262,10 +259,8 @@ TEST(Ephemeris, DamagedFilesAreRefusedWithAMessage) {
         std::remove(path.c_str());
     }
 
-    // A last record cut short is left out; a file shrunk after opening gives a message
-    // instead of a position from half a record.
-    std::string path =
-        writeBytes("cut.405", std::vector<unsigned char>(good.begin(), good.end() - 100));
+    // A last record cut short is left out; a file shrunk after opening gives a message.
+    std::string path = writeBytes("cut.405", {good.begin(), good.end() - 100});
     Ephemeris ephemeris;
     ASSERT_EQ(ephemeris.open(path.c_str(), true), 0);
     EXPECT_EQ(ephemeris.numRecords(), 3);
@@ -275,35 +270,29 @@ TEST(Ephemeris, DamagedFilesAreRefusedWithAMessage) {
     EXPECT_EQ(ephemeris.positionAt(kMars, kT0 + 70.0, p), -1);
     EXPECT_EQ(GetCapturedStderr(), "Err: reading from the ephemeris dataset.\n");
     EXPECT_EQ(p[0], 9.0);
-    std::remove(path.c_str());
-    std::remove(goodPath.c_str());
-}
 
-// Random damage to the header's numbers: whatever the reader accepts, it evaluates without
-// reading outside its records (the sanitizer build watches).
-TEST(Ephemeris, RandomHeaderDamageNeverReadsOutsideARecord) {
-    std::string goodPath = writeSpec("fuzz-good.405");
-    const std::vector<unsigned char> good = readBytes(goodPath);
+    // Random damage to the header's numbers: whatever is accepted is evaluated in bounds
+    // (the sanitizer build watches).
     unsigned state = 12345;
     auto next = [&state] { return (state = state * 1103515245u + 12345u) >> 8; };
     for (int round = 0; round < 300; ++round) {
         std::vector<unsigned char> bytes = good;
         for (int i = 1 + next() % 4; i > 0; --i)
             bytes[2656 + next() % (2864 - 2656)] = next() & 0xff;
-        std::string path = writeBytes("fuzz.405", bytes);
-        Ephemeris ephemeris;
+        writeBytes("cut.405", bytes);
+        Ephemeris fuzzed;
         CaptureStderr();
         CaptureStdout();
-        if (ephemeris.open(path.c_str(), true) == 0) {
+        if (fuzzed.open(path.c_str(), true) == 0) {
             double a[3], v[3];
             for (int item = 0; item < kEphemerisBodyCount; ++item)
-                ephemeris.stateAt(item, 2451545.0 + item * 10.0, a, v);
-            ephemeris.nutationsAt(2451545.0, a);
-            ephemeris.librationsAt(2451600.0, a);
+                fuzzed.stateAt(item, 2451545.0 + item * 10.0, a, v);
+            fuzzed.nutationsAt(2451545.0, a);
+            fuzzed.librationsAt(2451600.0, a);
         }
         GetCapturedStdout();
         GetCapturedStderr();
-        std::remove(path.c_str());
     }
+    std::remove(path.c_str());
     std::remove(goodPath.c_str());
 }
