@@ -28,10 +28,9 @@ ConstellationSources twoSquares(const ScratchDir& dir) {
 TEST(ConstellationFile, TheStarListReadsBoundariesFiguresAndMembers) {
     ScratchDir dir;
     ConstellationSources s = twoSquares(dir);
-    // Star 3 is drawn in both figures; its catalogue constellation is Bbb.
     std::string text = formatConstellationFile(
         s, makeFigureStarTable(s, {{1, 101}, {2, 102}, {3, 103}, {4, 104}}, {{3, "Bbb"}}));
-    // Sections in the order of the full names; shared edges name the neighbour.
+    // Sections in full-name order; shared edges name the neighbour; star 3 belongs to Bbb.
     EXPECT_LT(text.find("\nCONSTELLATION Aaa Alpha Land\n"), text.find("\nCONSTELLATION Bbb "));
     EXPECT_NE(text.find(" Bbb\n"), std::string::npos);
     EXPECT_NE(text.find(" Aaa\n"), std::string::npos);
@@ -48,12 +47,11 @@ TEST(ConstellationFile, TheStarListReadsBoundariesFiguresAndMembers) {
     ASSERT_EQ(list.getNumConstellations(), 2);
     EXPECT_STREQ(list.getConstellationCode(0), "Aaa");
     EXPECT_STREQ(list.getConstellationName(1), "Bootes");  // in ASCII
-    // Aaa: one closed boundary of its three edges, 4 corners and the closing vertex.
+    // Aaa: one closed boundary, 4 corners and the closing vertex.
     const Constellation* a = list.getConstellation(0);
     ASSERT_EQ(a->numBoundaries, 1);
     ASSERT_EQ(a->boundaryVertexCounts[0], 5);
     EXPECT_TRUE(phcEqual(a->boundaries[0][0], a->boundaries[0][4]));
-    // Figures: Aaa's path 1-2-3 in one stroke, star 3 shared; Bbb owns star 3.
     auto strokes = [&](int id) {
         std::string joined;
         const Constellation* c = list.getConstellation(id);

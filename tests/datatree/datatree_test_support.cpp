@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdint>
 #include <cstring>
 
 #include "image/data_file.h"
@@ -27,28 +28,11 @@ RunResult runCommand(const std::vector<std::string>& words) {
     return testsupport::runProgram(words, options);
 }
 
-void putU32le(std::string& b, unsigned v) {
-    for (int i = 0; i < 4; ++i)
-        b += char((v >> (8 * i)) & 0xFF);
-}
-void putU32be(std::string& b, unsigned v) {
-    for (int i = 3; i >= 0; --i)
-        b += char((v >> (8 * i)) & 0xFF);
-}
-void putI32be(std::string& b, int v) {
-    putU32be(b, unsigned(v));
-}
-void putF64be(std::string& b, double v) {
-    unsigned char raw[8];
-    std::memcpy(raw, &v, 8);
-    for (int i = 7; i >= 0; --i)
-        b += char(raw[i]);
-}
-void putF64le(std::string& b, double v) {
-    unsigned char raw[8];
-    std::memcpy(raw, &v, 8);
-    for (int i = 0; i < 8; ++i)
-        b += char(raw[i]);
+void putBytes(std::string& b, double v, int size, bool bigEndian, bool isDouble) {
+    std::uint64_t bits = std::uint64_t(v);
+    if (isDouble) std::memcpy(&bits, &v, 8);
+    for (int i = 0; i < size; ++i)
+        b += char(bits >> (8 * (bigEndian ? size - 1 - i : i)) & 0xFF);
 }
 
 bool readStars(StarList& list, const std::string& path) {
@@ -64,8 +48,7 @@ StarObj starByHd(const StarList& list, int hd) {
     return s;
 }
 
-// The datasets' "SIZE 1 16.4894" keeps positions in parsecs (the reader holds the unit as a
-// float, so 10^(w - 16.4894) would stray from 1 by some 2e-6).
+// "SIZE 1 16.4894" keeps positions in parsecs (10^(w - 16.4894) would stray by 2e-6).
 double parsecs(const StarObj& s) {
     return length(Vec3{s.catalogPos.x, s.catalogPos.y, s.catalogPos.z});
 }

@@ -1,6 +1,5 @@
 #pragma once
-// Shared helpers of the data-tree tests: scratch folders, small files, running a converter,
-// binary inputs and star records read back with the star list's own reader.
+// Shared helpers of the data-tree tests: files, running a converter, binary inputs, stars.
 
 #include <string>
 #include <vector>
@@ -21,12 +20,24 @@ std::string readDataText(const std::string& path);
 // Runs a tool with these words (the first the tool's path), its output captured.
 RunResult runCommand(const std::vector<std::string>& words);
 
-// Little-endian and big-endian byte helpers for building binary inputs.
-void putU32le(std::string& b, unsigned v);
-void putU32be(std::string& b, unsigned v);
-void putI32be(std::string& b, int v);
-void putF64be(std::string& b, double v);
-void putF64le(std::string& b, double v);
+// Appends the size low bytes of v (a double's bits when isDouble), most-significant first
+// when bigEndian: binary inputs for the converters.
+void putBytes(std::string& b, double v, int size, bool bigEndian, bool isDouble = false);
+inline void putU32le(std::string& b, unsigned v) {
+    putBytes(b, v, 4, false);
+}
+inline void putU32be(std::string& b, unsigned v) {
+    putBytes(b, v, 4, true);
+}
+inline void putI32be(std::string& b, int v) {
+    putBytes(b, unsigned(v), 4, true);
+}
+inline void putF64be(std::string& b, double v) {
+    putBytes(b, v, 8, true, true);
+}
+inline void putF64le(std::string& b, double v) {
+    putBytes(b, v, 8, false, true);
+}
 
 // Reads a star dataset into the list with StarList::readStarFiles (no Sun); false when the
 // reader refuses the file.

@@ -1,11 +1,11 @@
-// The ephemeris converter on a small synthetic table: the record dates, the file it writes
-// (read back in ephemeris_file_test.cpp), and the checks that refuse damaged or disordered
-// tables.
+// The ephemeris converter on a small synthetic table: the file it writes, read with the
+// ephemeris reader, and the checks that refuse damaged or disordered tables.
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstring>
 
+#include "solar/ephemeris.h"
 #include "tests/datatree/datatree_test_support.h"
 #include "tools/datatree/core/data_error.h"
 #include "tools/datatree/core/ephemeris_table.h"
@@ -83,25 +83,34 @@ std::string writeTable(const ScratchDir& dir, const std::string& dat, const std:
 
 }  // namespace
 
-TEST(EphemerisTable, ReadsKeywordsPointersAndRows) {
+// The written file, read with the ephemeris reader: every item moves 1000 km a day along x.
+TEST(EphemerisFile, WrittenFileReadsWithTheEphemerisReader) {
+    const int rows = 4;
+    ScratchDir source;
+    std::vector<unsigned char> b =
+        formatEphemerisFile(readEphemerisTable(writeTable(source, tableDat(405), tableF0i(rows))));
+    ASSERT_EQ(b.size(), std::size_t(rows + 2) * 8144);
+    EXPECT_EQ(std::string(b.begin(), b.begin() + 35), "JPL Planetary Ephemeris DE405/LE405");
+    EXPECT_EQ(std::string(b.begin() + 252, b.begin() + 258), "DENUM ");
     ScratchDir dir;
-    EphemerisTable t = readEphemerisTable(writeTable(dir, tableDat(405), tableF0i(kRows)));
-    // Header fields and pointers are checked through the file they make (ephemeris_file_test).
-    EXPECT_DOUBLE_EQ(t.firstMjd, 36912.0);  // the first row starts one interval after MJD0
-    ASSERT_EQ(t.constantNames.size(), 4u);  // DENUM and what follows it
-    EXPECT_EQ(t.constantNames[0], "DENUM");
-    ASSERT_EQ(t.rows.size(), std::size_t(kRows));
-    EXPECT_LT(largestBoundaryJump(t), 1e-6);
-    // On a boundary the earlier record answers, at its end (tau = 1).
-    double p[3];
-    tablePosition(t, 3, 2436912.5 + 32.0, p);
-    EXPECT_NEAR(p[0], kVelocity * 32.0, 1e-6);
-}
-
-// The file written from the synthetic table of this many rows, for the reader's test.
-std::vector<unsigned char> syntheticEphemerisFile(int rows) {
-    ScratchDir dir;
-    return formatEphemerisFile(readEphemerisTable(writeTable(dir, tableDat(405), tableF0i(rows))));
+    Ephemeris e;
+    ASSERT_EQ(e.open(dir.write("binp_all.405", b).c_str()), 0);
+    const EphemerisHeader& h = e.header();
+    EXPECT_EQ(h.ephemerisNumber, 405);
+    EXPECT_DOUBLE_EQ(h.startJulianDate, 2436912.5);
+    EXPECT_DOUBLE_EQ(h.endJulianDate, 2436912.5 + 32.0 * rows);
+    EXPECT_DOUBLE_EQ(h.daysPerRecord, 32.0);
+    EXPECT_EQ(h.numConstants, 4);
+    EXPECT_DOUBLE_EQ(h.kilometresPerAu, 149597870.691);
+    EXPECT_DOUBLE_EQ(h.earthMoonMassRatio, 81.30056);
+    EXPECT_EQ(h.pointers[0][0] * 100 + h.pointers[0][1] * 10 + h.pointers[0][2], 321);
+    EXPECT_EQ(h.pointers[11][0], 3 + 6 * 11);          // the nutations
+    EXPECT_EQ(h.librationPointer[0], 3 + 6 * 11 + 4);  // after their two components
+    EXPECT_DOUBLE_EQ(e.constants()[0], 405.0);         // the constants record
+    EXPECT_EQ(e.numRecords(), rows);
+    double p[3];  // metres, in the third record
+    ASSERT_EQ(e.positionAt(3, 2436912.5 + 80.0, p), 0);
+    EXPECT_NEAR(p[0], 1000.0 * 80.0 * 1000.0, 1e-3);
 }
 
 TEST(EphemerisTable, DamagedTablesAreRefused) {

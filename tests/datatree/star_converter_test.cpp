@@ -1,5 +1,5 @@
 // The star converter on small synthetic sources: what it writes, read back with the star
-// list, and that damaged sources stop it with a clear message and no output file.
+// list; damaged sources stop it with a clear message and no output file.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,17 +8,11 @@
 #include "tests/datatree/star_sources_fixture.h"
 #include "tools/datatree/core/star_catalogue.h"
 
-namespace {
-
-std::string starsTool() {
-    return DATATREE_STARS_TOOL;
-}
-
-}  // namespace
+static const std::string starsTool = DATATREE_STARS_TOOL;
 
 TEST(StarConverter, WritesBothDatasetsAsTheStarListReadsThem) {
     ScratchDir sources, out;
-    RunResult r = runCommand({starsTool(), writeStarSources(sources), out.path()});
+    RunResult r = runCommand({starsTool, writeStarSources(sources), out.path()});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const std::string all = out.file("stardata/hipparcos.star");
     const std::string near = out.file("stardata/nearby.star");
@@ -53,9 +47,8 @@ TEST(StarConverter, WritesBothDatasetsAsTheStarListReadsThem) {
     EXPECT_GT(sirius.fileColor[2], sirius.fileColor[0]);
     EXPECT_GT(far.fileColor[0], far.fileColor[2]);
 
-    // Sirius has a radial velocity in the bright-star list: every component is known to a
-    // few km/s. The far star has none: along its line of sight the error is the assumed
-    // 30 km/s (or the fraction is at its cap).
+    // Sirius's radial velocity is known: every component to a few km/s. The far star's is
+    // not: along its line of sight the error is the assumed 30 km/s (or the capped fraction).
     for (int i = 0; i < 3; ++i)
         EXPECT_LT(sirius.velErr[i] * std::fabs(sirius.vel[i]), 3.0) << i;
     Vec3 sight = normalized({far.catalogPos.x, far.catalogPos.y, far.catalogPos.z});
@@ -95,7 +88,7 @@ TEST(StarConverter, DamagedSourcesStopWithAMessageAndWriteNothing) {
         ScratchDir sources, out;
         std::string root = writeStarSources(sources);
         sources.write(c.file, c.bytes);
-        RunResult r = runCommand({starsTool(), root, out.path()});
+        RunResult r = runCommand({starsTool, root, out.path()});
         EXPECT_EQ(r.exitCode, 1) << c.what;
         EXPECT_NE(r.err.find(std::string("datatree_stars: error: ")), std::string::npos)
             << c.what << ": " << r.err;
@@ -108,18 +101,18 @@ TEST(StarConverter, DamagedSourcesStopWithAMessageAndWriteNothing) {
 TEST(StarConverter, AFailedRunKeepsTheFilesOfTheLastGoodOneAndUsageIsPrinted) {
     ScratchDir sources, out;
     std::string root = writeStarSources(sources);
-    ASSERT_EQ(runCommand({starsTool(), root, out.path()}).exitCode, 0);
+    ASSERT_EQ(runCommand({starsTool, root, out.path()}).exitCode, 0);
     std::string before = readFile(out.file("stardata/nearby.star"));
     sources.write("package/data/stars.14.json", "{\"features\": [");
-    EXPECT_EQ(runCommand({starsTool(), root, out.path()}).exitCode, 1);
+    EXPECT_EQ(runCommand({starsTool, root, out.path()}).exitCode, 1);
     EXPECT_EQ(readFile(out.file("stardata/nearby.star")), before);
     EXPECT_FALSE(fileExists(out.file("stardata/nearby.star.tmp")));
 
-    RunResult r = runCommand({starsTool()});
+    RunResult r = runCommand({starsTool});
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_EQ(r.err, "usage: datatree_stars <unpacked-sources> <data-dir>\n");
     ScratchDir empty;
-    r = runCommand({starsTool(), empty.path(), out.path()});
+    r = runCommand({starsTool, empty.path(), out.path()});
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_NE(r.err.find("cannot open ["), std::string::npos) << r.err;
 }

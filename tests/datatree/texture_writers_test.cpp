@@ -15,7 +15,7 @@
 
 namespace {
 
-// 4 x 2 picture whose pixels encode their place: (x, y, channel) -> 16 y + 4 x + c.
+// 4 x 2 picture: (x, y, channel) holds 16 y + 4 x + c.
 Raster numbered(int components) {
     Raster r;
     r.width = 4;
@@ -44,8 +44,7 @@ TEST(TextureWriters, SgiAndTgaStoreTheBottomRowFirst) {
     writeTgaAtomically(dir.file("t.tga"), numbered(4));
     std::string b = readFile(dir.file("t.tga"));
     ASSERT_EQ(b.size(), 18u + 4 * 2 * 4);
-    // No identification field, no colour map, uncompressed true colour, 4 x 2, 32 bits; then
-    // the bottom-left pixel (x 0, y 1) as B, G, R, A.
+    // Header: no id, no colour map, type 2, 4 x 2, 32 bits; then pixel (0, 1) as B, G, R, A.
     const int at[] = {0, 1, 2, 12, 13, 14, 15, 16, 18, 19, 20, 21};
     const int expected[] = {0, 0, 2, 4, 0, 2, 0, 32, 16 + 2, 16 + 1, 16 + 0, 16 + 3};
     for (int i = 0; i < 12; ++i)
@@ -59,8 +58,6 @@ TEST(Colormaps, BvRampAndSpectralTypesReadWithTheCatalogueReaders) {
         readBVColorMap(dir.write("bv.txt", formatBvColormap()).c_str(), -0.4, 2.0, alloc);
     ASSERT_NE(bv, nullptr);
     EXPECT_EQ(bv->count, kBvColormapEntries);
-    for (int i = 0; i < 4 * bv->count; ++i)
-        ASSERT_TRUE(bv->colors[i] >= 0.0f && bv->colors[i] <= 1.0f) << i;
     float blue[4], red[4];
     lookupBV(*bv, -0.4f, blue);
     lookupBV(*bv, 2.0f, red);
@@ -77,11 +74,7 @@ TEST(Colormaps, BvRampAndSpectralTypesReadWithTheCatalogueReaders) {
         float rgba[4];
         lookupSpectral(*sp, cls, 5, "V", rgba);
         EXPECT_FALSE(rgba[0] == 0.0f && rgba[1] == 1.0f && rgba[2] == 0.0f) << cls;  // found
-        if (cls[0] == 'O') {
-            EXPECT_GT(rgba[2], rgba[0]);
-        } else if (cls[0] == 'M') {
-            EXPECT_GT(rgba[0], rgba[2]);
-        }
+        if (cls[0] == 'O' || cls[0] == 'M') EXPECT_EQ(rgba[2] > rgba[0], cls[0] == 'O') << cls;
     }
     releaseSpColorMap(sp, alloc);
 }

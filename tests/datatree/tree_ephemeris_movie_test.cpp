@@ -34,13 +34,10 @@ class BigEndianFile {
         return v;
     }
 
-    // Position (km) of item 0..10 at Julian date jd: find the record by its own dates (on a
-    // boundary the earlier one, or the later one when asked), the granule, and sum the
-    // Chebyshev series.
-    void position(int item, double jd, double out[3], bool laterRecord = false) const {
-        std::size_t records = size() / kRecord - 2;
-        for (std::size_t r0 = 0; r0 < records; ++r0) {
-            std::size_t r = laterRecord ? records - 1 - r0 : r0;
+    // Position (km) of item 0..10 at Julian date jd: the record by its own dates, the
+    // granule, the Chebyshev series.
+    void position(int item, double jd, double out[3]) const {
+        for (std::size_t r = 0; r + 2 < size() / kRecord; ++r) {
             std::size_t at = (r + 2) * kRecord;
             double start = f64(at), end = f64(at + 8);
             if (jd < start || jd > end) continue;
@@ -103,21 +100,6 @@ TEST(EphemerisTree, HeaderAndPositionsOfDe405) {
     double e[3];
     ASSERT_EQ(ephemeris.positionAt(2, jd, e), 0);
     EXPECT_NEAR(e[0] / 1000.0, emb[0], 1e-3);
-}
-
-TEST(EphemerisTree, RecordsJoinAcrossTheirBoundaries) {
-    if (!requireDataTree()) return;
-    BigEndianFile file(dataRoot() + "/ephemerisdata/binp_all.405");
-    // A boundary near J2000 and one near each end, evaluated from both records: the real
-    // coefficients meet to millimetres; records out of step with their dates would not.
-    for (double boundary : {2451536.5, 2436944.5, 2473456.5}) {
-        double before[3], after[3];
-        for (int item : {0, 2, 4, 9, 10}) {
-            file.position(item, boundary, before);
-            file.position(item, boundary, after, true);
-            EXPECT_LT(distance(before, after), 1e-5) << "item " << item << " at JD " << boundary;
-        }
-    }
 }
 
 TEST(MovieTree, DefaultScriptsLoad) {

@@ -1,6 +1,4 @@
-// The data tree read by the readers that need an OpenGL context (particle textures, the
-// font texture), and the Milky Way surround drawn: looking along +x, the galactic centre,
-// the picture is far brighter than towards the galactic pole.
+// The data tree through the readers that need OpenGL, and the Milky Way surround drawn.
 #include <gtest/gtest.h>
 
 #include <GL/gl.h>
@@ -17,9 +15,7 @@
 
 #if defined(__SANITIZE_ADDRESS__) && __has_include(<sanitizer/lsan_interface.h>)
 #include <sanitizer/lsan_interface.h>
-// The GL driver keeps allocations of its own until the process ends, inside a module that is
-// gone by the time the leak check runs (so the graphics suppressions cannot name it). What
-// the driver allocates while these tests run is not checked.
+// The GL driver's own allocations outlive its module, so the leak checker cannot name them.
 struct DriverAllocationsUnchecked {
     DriverAllocationsUnchecked() { __lsan_disable(); }
     ~DriverAllocationsUnchecked() { __lsan_enable(); }
@@ -72,11 +68,9 @@ TEST_F(GlTree, MilkyWayIsBrightTowardsTheGalacticCentre) {
     GLMmodel* model = glmReadOBJ((dataRoot() + "/objdata/MilkyWayEnv.obj").c_str());
     ASSERT_NE(model, nullptr);
     glmUnitize(model);
-    double centre = brightnessTowards(model, 1, 0, 0, 0, 0, 1);
+    double centre = brightnessTowards(model, 1, 0, 0, 0, 0, 1);  // +x: the galactic centre
     double pole = brightnessTowards(model, 0, 0, 1, 1, 0, 0);
-    double southPole = brightnessTowards(model, 0, 0, -1, 1, 0, 0);
     EXPECT_GT(centre, 3 * pole) << "centre " << centre << ", pole " << pole;
-    EXPECT_GT(centre, 3 * southPole) << "centre " << centre << ", south pole " << southPole;
     glmDelete(model);
 }
 
@@ -86,8 +80,7 @@ TEST_F(GlTree, SunParticlesLoadWithTexturesThatNeedNoRescaling) {
     ASSERT_EQ(sun.read((dataRoot() + "/prtdata/SolarSystem/sun.prt").c_str()), 1);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "- build the BSP tree\n  done!\n");
     ASSERT_EQ(sun.getNumParticles(), 5);
-    // Sizes hold at the reference scale 15, where the eye is 10^15.2 m from the Sun: the
-    // widest glow spans tens of degrees there.
+    // At the reference scale 15 (eye 10^15.2 m away) the widest glow spans tens of degrees.
     double largest = 0;
     for (int i = 0; i < sun.getNumParticles(); ++i) {
         Particle p;
@@ -124,7 +117,5 @@ TEST_F(GlTree, FontTextureLoadsWithItsGlyphs) {
     };
     EXPECT_GT(coverage('A'), 2000);
     EXPECT_GT(coverage(0xE9), 2000);  // e with an acute accent
-    EXPECT_EQ(coverage(' '), 0);
-    EXPECT_EQ(coverage(7), 0);
-    EXPECT_GT(coverage('W'), coverage('.'));
+    EXPECT_EQ(coverage(' ') + coverage(7), 0);
 }
