@@ -74,7 +74,9 @@ TEST(Colormaps, BvRampAndSpectralTypesReadWithTheCatalogueReaders) {
         float rgba[4];
         lookupSpectral(*sp, cls, 5, "V", rgba);
         EXPECT_FALSE(rgba[0] == 0.0f && rgba[1] == 1.0f && rgba[2] == 0.0f) << cls;  // found
-        if (cls[0] == 'O' || cls[0] == 'M') EXPECT_EQ(rgba[2] > rgba[0], cls[0] == 'O') << cls;
+        if (cls[0] == 'O' || cls[0] == 'M') {
+            EXPECT_EQ(rgba[2] > rgba[0], cls[0] == 'O') << cls;
+        }
     }
     releaseSpColorMap(sp, alloc);
 }
