@@ -1,36 +1,33 @@
-// The running viewer driven by keys and the mouse through the X server (xdotool): frame
-// jumps, playback toggles, sensitivity, sheared quarters, the view printout, screen dumps,
-// a middle-button drag and the quit question.
+// The running viewer driven through the X server (xdotool) as a user would: frame jumps,
+// playback, sensitivity, sheared quarters, the view printout, screen dumps, a drag, overlay
+// switches, the quit question and closing the window.
 
 #include <gtest/gtest.h>
 
 #include <X11/Xlib.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "image/pnm_file.h"
+#include "tests/framework/test_scene.h"
 #include "tests/support/child_process.h"
 #include "tests/support/scratch_files.h"
 #include "tests/support/x_input.h"
-#include "tests/framework/test_scene.h"
 
 namespace {
 
-const std::string kScripts = SKYRAMA_SOURCE_DIR "/tests/framework/scripts/";
-
 int tagCounter = 0;
 
-// The test viewer on a script, with the "=" state key, found by a tag in its title.
+// The test viewer on a script with the "=" state key, found by a tag in its title.
 class RunningViewer : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!testsupport::haveDisplay()) GTEST_SKIP() << "no display";
-        if (!testsupport::haveProgram("xdotool")) GTEST_SKIP() << "no xdotool";
+        if (!testsupport::haveDisplay() || !testsupport::haveProgram("xdotool"))
+            GTEST_SKIP() << "no display or no xdotool";
         dir_ = testsupport::freshDir("viewer_keys");
     }
     void TearDown() override { testsupport::removeDir(dir_); }
@@ -38,19 +35,17 @@ class RunningViewer : public ::testing::Test {
     void start(const std::string& script, const std::vector<std::string>& sceneWords = {}) {
         const std::string tag =
             "keys-" + std::to_string(getpid()) + "-" + std::to_string(tagCounter++);
-        std::vector<std::string> argv{TEST_VIEWER, kScripts + script, tag, "keys"};
+        std::vector<std::string> argv{
+            TEST_VIEWER, SKYRAMA_SOURCE_DIR "/tests/framework/scripts/" + script, tag, "keys"};
         argv.insert(argv.end(), sceneWords.begin(), sceneWords.end());
         testsupport::RunOptions options;
         options.workingDir = dir_;
-        // The tag is matched as a regular expression: it has no special characters.
         window_ = testsupport::startWithWindow(viewer_, argv, options, tag);
         ASSERT_FALSE(window_.empty()) << viewer_->err();
         testsupport::sleepSeconds(0.3);
     }
-
     void keys(const std::vector<std::string>& k) { testsupport::pressKeys(window_, k); }
-
-    // The scene's last "state ..." line after pressing "=".
+    // The scene's "state ..." line after pressing "=", and one value of it.
     std::string state() {
         keys({"equal"});
         const auto lines = testsupport::linesStartingWith(viewer_->out(), "state ");
@@ -61,6 +56,11 @@ class RunningViewer : public ::testing::Test {
         const std::size_t at = s.find(name + "=");
         return at == std::string::npos ? -1e9 : std::atof(s.c_str() + at + name.size() + 1);
     }
+    std::string tailFrom(const std::string& text) {
+        const std::string err = viewer_->err();
+        const std::size_t at = err.rfind(text);
+        return at == std::string::npos ? err : err.substr(at);
+    }
 
     std::string dir_;
     std::unique_ptr<testsupport::BackgroundProgram> viewer_;
@@ -69,92 +69,10 @@ class RunningViewer : public ::testing::Test {
 
 }  // namespace
 
-TEST_F(RunningViewer, FunctionKeysJumpAcrossTheMovie) {
-    ASSERT_NO_FATAL_FAILURE(start("twentyone_frames.scp"));
-    keys({"F10"});
-    EXPECT_EQ(20.0, stateValue("frame"));
-    keys({"F5"});
-    EXPECT_EQ(8.0, stateValue("frame"));  // 20 x 4 / 9
-    keys({"F1"});
-    EXPECT_EQ(0.0, stateValue("frame"));
-    keys({"Next", "Right", "Right"});  // Page Down at frame 0 stays; two frames on
-    EXPECT_EQ(2.0, stateValue("frame"));
-    keys({"Prior", "Home", "Home", "Home"});  // Page Up: keyframe 10; then +5 twice, held at 20
-    EXPECT_EQ(20.0, stateValue("frame"));
-    keys({"less", "End"});
-    EXPECT_EQ(14.0, stateValue("frame"));
-}
-
-TEST_F(RunningViewer, SensitivityHalvesDownToAHundredth) {
-    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
-    keys(std::vector<std::string>(8, "braceleft"));
-    EXPECT_DOUBLE_EQ(0.01, stateValue("sensitivity"));
-    keys(std::vector<std::string>(10, "braceright"));
-    EXPECT_DOUBLE_EQ(5.0, stateValue("sensitivity"));
-}
-
-TEST_F(RunningViewer, XTwicePlaysOnceThenStops) {
-    ASSERT_NO_FATAL_FAILURE(start("long.scp"));
-    keys({"x"});
-    testsupport::sleepSeconds(0.3);
-    const std::string playing = state();
-    EXPECT_NE(std::string::npos, playing.find("playCount=1")) << playing;
-    keys({"x"});
-    const double stoppedAt = stateValue("frame");
-    EXPECT_NE(std::string::npos, state().find("playCount=0"));
-    EXPECT_GT(stoppedAt, 0.0);
-    testsupport::sleepSeconds(0.3);
-    EXPECT_EQ(stoppedAt, stateValue("frame"));
-    EXPECT_EQ(2, testsupport::countLines(viewer_->err(), "Play every frame"));
-}
-
-TEST_F(RunningViewer, RealTimePlaybackReachesTheEndAndLoopsWhenAsked) {
-    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp", {"log-draws"}));
-    keys({"X"});
-    testsupport::sleepSeconds(0.4);
-    EXPECT_NE(std::string::npos, state().find("frame=2.0 sensitivity=1 playCount=0"));
-    const std::string err = viewer_->err();
-    EXPECT_EQ(1, testsupport::countLines(err, "Play at realtime (may skip frames)"));
-    EXPECT_EQ(1, testsupport::countLines(err, "-> Frame: [2.0]"));
-
-    keys({"Z"});  // loop: after the last frame comes frame 0 again
-    testsupport::sleepSeconds(0.5);
-    keys({"Z"});
-    const std::string out = viewer_->out();
-    const std::size_t firstLast = out.find("draw 2.0");
-    ASSERT_NE(std::string::npos, firstLast);
-    EXPECT_NE(std::string::npos, out.find("draw 0.0", out.find("draw 2.0", firstLast + 1)));
-}
-
-TEST_F(RunningViewer, F12FiveTimesComesBackToTheNormalProjection) {
-    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
-    keys({"F12", "F12", "F12", "F12", "F12", "i"});
-    const std::string err = viewer_->err();
-    const char* quarters[] = {"left-top", "right-top", "left-bottom", "right-bottom"};
-    std::size_t at = 0;
-    for (const char* q : quarters) {
-        const std::string line = std::string("sheared view (zoom to ") + q + ")\n";
-        EXPECT_EQ(1, testsupport::countLines(err, line.substr(0, line.size() - 1))) << q;
-        const std::size_t found = err.find(line, at);
-        EXPECT_NE(std::string::npos, found) << q;  // in this order
-        at = found == std::string::npos ? at : found;
-    }
-    // Normal projection again: the symmetric perspective of fovy 40 and aspect 4:3.
-    EXPECT_NE(std::string::npos, err.find("Projection:\n"
-                                          "  2.061   0.000   0.000   0.000\n"
-                                          "  0.000   2.747   0.000   0.000\n"));
-    keys({"F11"});  // one step back: the last quarter
-    EXPECT_EQ(2, testsupport::countLines(viewer_->err(), "sheared view (zoom to right-bottom)"));
-}
-
-TEST_F(RunningViewer, CurrentViewPrintout) {
+TEST_F(RunningViewer, FrameKeysSensitivityAndTheCurrentViewPrintout) {
     ASSERT_NO_FATAL_FAILURE(start("twentyone_frames.scp"));
     keys({"F10", "i"});
-    const std::string err = viewer_->err();
-    const std::size_t at = err.find("\nCurrent View\n");
-    ASSERT_NE(std::string::npos, at) << err;
     // Frame 20: the eye at (2, 0, 3) m, normalised; looking down -z, fovy 45, aspect 4:3.
-    // (The direction is minus a row of the matrix: its zeros print as -0.00000.)
     EXPECT_EQ(
         "\nCurrent View\n"
         "viewPos   = 0.55470 -0.00000 0.83205 0.55697\n"
@@ -173,24 +91,75 @@ TEST_F(RunningViewer, CurrentViewPrintout) {
         "  0.000   0.000  -1.000  -1.000\n"
         "  0.000   0.000  -0.020   0.000\n"
         "Viewport: 0 0 96 72\n",
-        err.substr(at));
+        tailFrom("\nCurrent View\n"));
+    EXPECT_EQ(20.0, stateValue("frame"));
+    keys({"F5"});
+    EXPECT_EQ(8.0, stateValue("frame"));     // 20 x 4 / 9
+    keys({"F1", "Next", "Right", "Right"});  // Page Down at frame 0 stays; two frames on
+    EXPECT_EQ(2.0, stateValue("frame"));
+    keys({"Prior", "Home", "Home", "Home", "less", "End"});  // 10, held at 20, -1, -5
+    EXPECT_EQ(14.0, stateValue("frame"));
+    keys(std::vector<std::string>(8, "braceleft"));
+    EXPECT_DOUBLE_EQ(0.01, stateValue("sensitivity"));
+    keys(std::vector<std::string>(10, "braceright"));
+    EXPECT_DOUBLE_EQ(5.0, stateValue("sensitivity"));
 }
 
-TEST_F(RunningViewer, InsertDumpsTheScreenWithACounter) {
+TEST_F(RunningViewer, XTwicePlaysOnceThenStops) {
+    ASSERT_NO_FATAL_FAILURE(start("long.scp"));
+    keys({"x"});
+    testsupport::sleepSeconds(0.3);
+    EXPECT_NE(std::string::npos, state().find("playCount=1"));
+    keys({"x"});
+    const double stoppedAt = stateValue("frame");
+    EXPECT_NE(std::string::npos, state().find("playCount=0"));
+    EXPECT_GT(stoppedAt, 0.0);
+    testsupport::sleepSeconds(0.3);
+    EXPECT_EQ(stoppedAt, stateValue("frame"));
+    EXPECT_EQ(2, testsupport::countLines(viewer_->err(), "Play every frame"));
+}
+
+TEST_F(RunningViewer, RealTimePlaybackReachesTheEndAndLoopsWhenAsked) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp", {"log-draws"}));
+    keys({"X"});
+    testsupport::sleepSeconds(0.4);
+    EXPECT_NE(std::string::npos, state().find("frame=2.0 sensitivity=1 playCount=0"));
+    EXPECT_EQ(1, testsupport::countLines(viewer_->err(), "Play at realtime (may skip frames)"));
+    EXPECT_EQ(1, testsupport::countLines(viewer_->err(), "-> Frame: [2.0]"));
+    keys({"Z"});  // loop: after the last frame comes frame 0 again
+    testsupport::sleepSeconds(0.5);
+    keys({"Z"});
+    const std::string out = viewer_->out();
+    const std::size_t firstLast = out.find("draw 2.0");
+    ASSERT_NE(std::string::npos, firstLast);
+    EXPECT_NE(std::string::npos, out.find("draw 0.0", out.find("draw 2.0", firstLast + 1)));
+}
+
+TEST_F(RunningViewer, F12FiveTimesComesBackToTheNormalProjectionAndInsertDumpsTheScreen) {
     ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
-    keys({"Insert", "Insert", "Insert"});
+    keys({"F12", "F12", "F12", "F12", "F12", "i", "Insert", "Insert", "Insert"});
+    const std::string err = viewer_->err();
+    std::size_t at = 0;
+    for (const char* q : {"left-top", "right-top", "left-bottom", "right-bottom"}) {
+        const std::string line = std::string("sheared view (zoom to ") + q + ")";
+        EXPECT_EQ(1, testsupport::countLines(err, line)) << q;
+        EXPECT_NE(std::string::npos, at = err.find(line + "\n", at)) << q;  // in this order
+    }
+    EXPECT_NE(std::string::npos, err.find("Projection:\n"  // symmetric: fovy 40, aspect 4:3
+                                          "  2.061   0.000   0.000   0.000\n"
+                                          "  0.000   2.747   0.000   0.000\n"));
     for (int i = 0; i < 3; ++i) {
         const std::string name = "screen.000" + std::to_string(i) + ".pnm";
-        EXPECT_EQ(1,
-                  testsupport::countLines(viewer_->err(), "Screen dumped to file [" + name + "]."));
+        EXPECT_EQ(1, testsupport::countLines(err, "Screen dumped to file [" + name + "]."));
         int w = 0, h = 0, c = 0;
         const auto data = read_pnm((dir_ + "/" + name).c_str(), &w, &h, &c);
         ASSERT_EQ(64u * 48u * 3u, data.size()) << name;
         const TestRgb bg = backgroundFor(0.0);  // the picture, not black
-        EXPECT_EQ(bg.r, data[0]);
-        EXPECT_EQ(bg.g, data[1]);
-        EXPECT_EQ(bg.b, data[2]);
+        EXPECT_EQ((std::vector<int>{bg.r, bg.g, bg.b}),
+                  (std::vector<int>{data[0], data[1], data[2]}));
     }
+    keys({"F11"});  // one step back: the last quarter
+    EXPECT_EQ(2, testsupport::countLines(viewer_->err(), "sheared view (zoom to right-bottom)"));
 }
 
 TEST_F(RunningViewer, MiddleDragMovesTheViewByTheSensitivity) {
@@ -199,20 +168,16 @@ TEST_F(RunningViewer, MiddleDragMovesTheViewByTheSensitivity) {
     testsupport::xdotool({"mousemove", "--window", window_, "20", "30"});
     testsupport::sleepSeconds(0.2);
     testsupport::xdotool({"mousedown", "2"});
-    testsupport::sleepSeconds(0.2);
     for (int x = 30; x <= 60; x += 10) {
-        testsupport::xdotool({"mousemove", "--window", window_, std::to_string(x), "30"});
         testsupport::sleepSeconds(0.1);
+        testsupport::xdotool({"mousemove", "--window", window_, std::to_string(x), "30"});
     }
+    testsupport::sleepSeconds(0.2);
     testsupport::xdotool({"mouseup", "2"});
     testsupport::sleepSeconds(0.2);
     keys({"i"});
     // 40 pixels x 0.5 x 0.01 x 45 / 90 = 0.1 to the right, in eye space.
-    EXPECT_NE(std::string::npos, viewer_->err().find("Modelview:\n"
-                                                     "  1.000   0.000   0.000   0.000\n"
-                                                     "  0.000   1.000   0.000   0.000\n"
-                                                     "  0.000   0.000   1.000   0.000\n"
-                                                     "  0.100   0.000  -1.000   1.000\n"))
+    EXPECT_NE(std::string::npos, tailFrom("Modelview:\n").find(" 0.100   0.000  -1.000   1.000\n"))
         << viewer_->err();
     // The scene saw the press and the release, y counted from the bottom (72 - 1 - 30).
     EXPECT_NE(std::string::npos, viewer_->out().find("mouse 1 0 20 41 modifiers=0"));
@@ -221,11 +186,9 @@ TEST_F(RunningViewer, MiddleDragMovesTheViewByTheSensitivity) {
 
 TEST_F(RunningViewer, QuitAsksFirstAndTheSceneWaitsForTheAnswer) {
     ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
-    keys({"q"});
-    keys({"equal"});  // the question is open: the scene gets nothing
+    keys({"q", "equal"});  // the question is open: the scene gets nothing
     EXPECT_TRUE(testsupport::linesStartingWith(viewer_->out(), "state ").empty());
     keys({"Escape"});  // No
-    EXPECT_TRUE(viewer_->running());
     EXPECT_FALSE(state().empty());
     keys({"q", "n"});
     EXPECT_TRUE(viewer_->running());
@@ -234,74 +197,55 @@ TEST_F(RunningViewer, QuitAsksFirstAndTheSceneWaitsForTheAnswer) {
     EXPECT_NE(std::string::npos, viewer_->out().find("quitScene\n"));
 }
 
-TEST(RunningEmptyScene, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
-    if (!testsupport::haveDisplay() || !testsupport::haveProgram("xdotool"))
-        GTEST_SKIP() << "no display";
-    const testsupport::ScratchDir scratch("overlay_keys");
-    const std::string& dir = scratch.path();
-    testsupport::RunOptions options;
-    options.workingDir = dir;
-    std::unique_ptr<testsupport::BackgroundProgram> viewer;
-    const std::string window = testsupport::startWithWindow(
-        viewer, {EMPTY_VIEWER, SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"}, options, "demo.scp");
-    ASSERT_FALSE(window.empty()) << viewer->err();
-    testsupport::sleepSeconds(0.3);
-    // The empty scene shows the axes and the metre cubes; n adds the frame number; a and b
-    // take the axes and cubes away again.
-    testsupport::pressKeys(window, {"n", "Insert", "a", "b", "Insert", "n", "Insert"});
-
-    // Counts the pixels that are magenta (the overlay's colour), that are lit at all, and that
-    // are lit outside the lower left corner where the frame number is written.
-    struct Counts {
-        int magenta = 0, lit = 0, litElsewhere = 0;
-    };
-    const auto count = [&](const std::string& name) {
-        int w = 0, h = 0, c = 0;
-        const auto data = read_pnm((dir + "/" + name).c_str(), &w, &h, &c);
-        EXPECT_EQ(512u * 384u * 3u, data.size()) << name;
-        Counts n;
-        for (std::size_t i = 0; i + 2 < data.size(); i += 3) {
-            const int x = static_cast<int>(i / 3) % 512, y = static_cast<int>(i / 3) / 512;
-            const bool lit = data[i] + data[i + 1] + data[i + 2] > 0;
-            n.magenta += (data[i] > 200 && data[i + 1] < 130 && data[i + 2] > 200) ? 1 : 0;
-            n.lit += lit ? 1 : 0;
-            n.litElsewhere += (lit && (x > 300 || y < 330)) ? 1 : 0;
-        }
-        return n;
-    };
-    const Counts all = count("screen.0000.pnm");
-    EXPECT_GT(all.magenta, 50);        // "Frame 0/60 (*)" in (1, 0.4, 1)
-    EXPECT_GT(all.litElsewhere, 500);  // and the axes and cubes
-    const Counts numberOnly = count("screen.0001.pnm");
-    EXPECT_GT(numberOnly.magenta, 50);
-    EXPECT_EQ(0, numberOnly.litElsewhere);
-    EXPECT_EQ(0, count("screen.0002.pnm").lit);  // nothing left: black
-}
-
-namespace {
-
-// What a window manager sends when the user closes a window.
-bool askWindowToClose(const std::string& window) {
+TEST_F(RunningViewer, ClosingTheWindowRunsQuitSceneAndEndsWithCodeZero) {
+    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
+    // What a window manager sends when the user closes a window.
     Display* display = XOpenDisplay(nullptr);
-    if (display == nullptr) return false;
+    ASSERT_NE(nullptr, display);
     XEvent e{};
     e.xclient.type = ClientMessage;
-    e.xclient.window = std::strtoul(window.c_str(), nullptr, 10);
+    e.xclient.window = std::strtoul(window_.c_str(), nullptr, 10);
     e.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
     e.xclient.format = 32;
     e.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
     e.xclient.data.l[1] = CurrentTime;
     XSendEvent(display, e.xclient.window, False, NoEventMask, &e);
-    XFlush(display);
     XCloseDisplay(display);
-    return true;
-}
-
-}  // namespace
-
-TEST_F(RunningViewer, ClosingTheWindowRunsQuitSceneAndEndsWithCodeZero) {
-    ASSERT_NO_FATAL_FAILURE(start("three_frames.scp"));
-    ASSERT_TRUE(askWindowToClose(window_));
     EXPECT_EQ(0, viewer_->wait(10.0));
     EXPECT_EQ(1, testsupport::countLines(viewer_->out(), "quitScene"));
+}
+
+TEST(RunningEmptyScene, FrameNumberAndOverlaySwitchesShowInScreenDumps) {
+    if (!testsupport::haveDisplay() || !testsupport::haveProgram("xdotool")) GTEST_SKIP();
+    const testsupport::ScratchDir dir("overlay_keys");
+    testsupport::RunOptions options;
+    options.workingDir = dir.path();
+    std::unique_ptr<testsupport::BackgroundProgram> viewer;
+    const std::string window = testsupport::startWithWindow(
+        viewer, {EMPTY_VIEWER, SKYRAMA_SOURCE_DIR "/data/movies/demo.scp"}, options, "demo.scp");
+    ASSERT_FALSE(window.empty()) << viewer->err();
+    testsupport::sleepSeconds(0.3);
+    // Axes and metre cubes; n adds the frame number; a and b take the axes and cubes away.
+    testsupport::pressKeys(window, {"n", "Insert", "a", "b", "Insert", "n", "Insert"});
+    // Magenta pixels (the frame number's colour), lit ones, and lit ones outside the lower
+    // left corner where the frame number is written.
+    const auto count = [&](const std::string& name) {
+        int w = 0, h = 0, c = 0, magenta = 0, lit = 0, litElsewhere = 0;
+        const auto data = read_pnm(dir.file(name).c_str(), &w, &h, &c);
+        EXPECT_EQ(512u * 384u * 3u, data.size()) << name;
+        for (std::size_t i = 0; i + 2 < data.size(); i += 3) {
+            const int x = static_cast<int>(i / 3) % 512, y = static_cast<int>(i / 3) / 512;
+            const bool on = data[i] + data[i + 1] + data[i + 2] > 0;
+            magenta += (data[i] > 200 && data[i + 1] < 130 && data[i + 2] > 200) ? 1 : 0;
+            lit += on ? 1 : 0;
+            litElsewhere += (on && (x > 300 || y < 330)) ? 1 : 0;
+        }
+        return std::vector<int>{magenta, lit, litElsewhere};
+    };
+    const std::vector<int> all = count("screen.0000.pnm"), numberOnly = count("screen.0001.pnm");
+    EXPECT_GT(all[0], 50);   // "Frame 0/60 (*)"
+    EXPECT_GT(all[2], 500);  // and the axes and cubes
+    EXPECT_GT(numberOnly[0], 50);
+    EXPECT_EQ(0, numberOnly[2]);
+    EXPECT_EQ(0, count("screen.0002.pnm")[1]);  // nothing left: black
 }
