@@ -16,6 +16,7 @@
 namespace {
 
 constexpr double kMinTexScale = 1e-7;
+constexpr int kRecordPrefetch = 24;  // stars ahead whose records are fetched
 
 }  // namespace
 
@@ -93,23 +94,36 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     // The magnitude and class of star i seen from the eye at squared distance len2 (drawing
     // units), its magnitude written into its record. With keep, they are taken over from an
     // earlier frame of this eye or kept for the next ones.
-    auto measureStar = [&](int i, double len2, bool keep, float* m, std::uint32_t* cls) {
+    // Returns the star's depth, log10 of its distance in drawing units (minus infinity at the
+    // eye), when it was worked out or needDepth asks for it, else 0.
+    auto measureStar = [&](int i, double len2, bool keep, bool needDepth, float* m,
+                           std::uint32_t* cls) {
         StarEyeMagnitude& seen = eyeMagnitudes[i];
         if (keep && seen.generation == generation) {
             *m = seen.appMag;
             *cls = seen.packedClass;
-            return;
+            return needDepth ? 0.5 * std::log10(len2) : 0.0;
         }
-        // log10 of the distance in drawing units; minus infinity at the eye.
         const double depth = 0.5 * std::log10(len2);
         *m = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
         *cls = classifier.classifyPacked(*m);
         stars[i].appMag = *m;
         if (keep) seen = StarEyeMagnitude{*m, *cls, generation};
+        return depth;
     };
+    // With placeAll (the textured pass) every star's draw bucket is also cleared here, while
+    // its record is on its way in for the magnitude written below.
     auto measureBlock = [&](int blockStart, int blockEnd, StarDrawSlot* out, bool placeAll) {
         int inFront = 0;
         for (int i = blockEnd; i >= blockStart; --i) {
+            if (placeAll) {
+                // Records are large and far apart: the ones written a little later are
+                // fetched now, for writing.
+                const int ahead = std::max(blockStart, i - kRecordPrefetch);
+                __builtin_prefetch(&stars[ahead].drawBucket, 1);
+                __builtin_prefetch(&stars[ahead].appMag, 1);
+                stars[i].drawBucket = 0;
+            }
             if (selections &&
                 (!passesSptypeSelection(stars[i]) || !passesAbsMagSelection(stars[i]))) {
                 continue;
@@ -131,11 +145,14 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
                                 in.vertex[2] * in.vertex[2];
             float m;
             std::uint32_t cls;
-            measureStar(in.index, len2, eyeStill, &m, &cls);
+            const double depth = measureStar(in.index, len2, eyeStill, place, &m, &cls);
             const int bucket = static_cast<int>((cls >> 8) & 0xff);
             StarDrawSlot& slot = out[kept];
             slot = in;
-            if (place) slot.depth = placeVertex(slot.vertex, len2);
+            if (place) {
+                slot.depth = depth;
+                placeVertexAtDepth(slot.vertex, len2, depth);
+            }
             cls |= viewport.mayShow(slot.vertex, bucket) ? kSlotOnScreen : 0u;
             slot.packedClass = cls;
             const bool inRange = !vmagOn || (vmagLow <= m && m <= vmagHigh);
@@ -182,13 +199,15 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         (param.textureSource == kStarTextureAiry || param.textureSource == kStarTextureFFT)
             ? 1.0f / 64.0f
             : 0.0f;
+    // tan of half a sprite's angular size, per bucket.
+    double halfAngleTan[kNumPointBuckets];
+    for (int b = 0; b < kNumPointBuckets; ++b)
+        halfAngleTan[b] = std::tan(b * 0.25 * frame.radiansPerPixel);
     StarDrawSlot* kept = drawSlots;
     int numKept = 0;
     sink.beginSprites();
     for (int blockEnd = last; blockEnd >= first; blockEnd -= kDrawSlotBlock) {
         const int blockStart = std::max(first, blockEnd - kDrawSlotBlock + 1);
-        for (int i = blockEnd; i >= blockStart; --i)
-            stars[i].drawBucket = 0;
         const int n = measureBlock(blockStart, blockEnd, block, true);
         for (int j = 0; j < n; ++j) {
             const StarDrawSlot& slot = block[j];
@@ -207,8 +226,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
             }
             StarSprite sp;
             colourOf(slot.index, cls.coverage, sp.rgba);
-            const double h =
-                std::tan(cls.bucket * 0.25 * frame.radiansPerPixel) * dist / halfLight / 2.0;
+            const double h = halfAngleTan[cls.bucket] * dist / halfLight / 2.0;
             const double hw = h * frame.aspect;
             const Vec3 u = frame.up;
             const Vec3 x = cross(u, d);

@@ -29,6 +29,11 @@ const StarSizeClassifier& classifierFor(float starScale, double radiansPerPixel,
 
 double placeVertex(double p[3], double len2) {
     const double depth = 0.5 * std::log10(len2);
+    placeVertexAtDepth(p, len2, depth);
+    return depth;
+}
+
+void placeVertexAtDepth(double p[3], double len2, double depth) {
     if (depth > kDepthCompressStart) {
         const double r = std::pow(
             10.0, (depth - kDepthCompressStart) / kDepthCompressFactor + kDepthCompressStart);
@@ -37,5 +42,4 @@ double placeVertex(double p[3], double len2) {
         p[1] *= f;
         p[2] *= f;
     }
-    return depth;
 }

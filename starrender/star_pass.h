@@ -12,6 +12,8 @@ const StarSizeClassifier& classifierFor(float starScale, double radiansPerPixel,
 // vertex, in place: beyond 10^3.5 units from the eye the distance is compressed. Returns
 // log10 of the distance (minus infinity for a star at the eye).
 double placeVertex(double p[3], double len2);
+// placeVertex with the depth, 0.5 log10(len2), already worked out.
+void placeVertexAtDepth(double p[3], double len2, double depth);
 
 // placeVertex for a point whose depth is not wanted: within 10^3.5 units (squared length
 // below 10^7, kept clear of the edge by far more than log10 can be off) nothing changes and
