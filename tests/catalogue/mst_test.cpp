@@ -45,25 +45,13 @@ Edges fast(const std::vector<double>& points, int k) {
     return edgesOf(tree.get(), n);
 }
 
-// The first edge where two trees differ, for a readable failure.
-std::string firstDifference(const Edges& a, const Edges& b) {
-    if (a.size() != b.size())
-        return "sizes " + std::to_string(a.size()) + " and " + std::to_string(b.size());
-    for (std::size_t i = 0; i < a.size(); i += 2) {
-        if (a[i] != b[i] || a[i + 1] != b[i + 1]) {
-            return "edge " + std::to_string(i / 2) + ": (" + std::to_string(a[i]) + "," +
-                   std::to_string(a[i + 1]) + ") vs (" + std::to_string(b[i]) + "," +
-                   std::to_string(b[i + 1]) + ")";
-        }
-    }
-    return "none";
-}
-
 void expectSameTree(const std::vector<double>& points, int k, const std::string& what) {
-    const Edges reference = prim(points, k);
-    const Edges quick = fast(points, k);
-    EXPECT_EQ(reference, quick) << what << ": first difference "
-                                << firstDifference(reference, quick);
+    const Edges reference = prim(points, k), quick = fast(points, k);
+    ASSERT_EQ(reference.size(), quick.size()) << what;
+    for (std::size_t i = 0; i < reference.size(); i += 2)
+        ASSERT_TRUE(reference[i] == quick[i] && reference[i + 1] == quick[i + 1])
+            << what << ": edge " << i / 2 << " (" << reference[i] << "," << reference[i + 1]
+            << ") vs (" << quick[i] << "," << quick[i + 1] << ")";
 }
 
 TEST(PrimMST, CollinearStarsJoinInAChain) {
@@ -180,38 +168,6 @@ TEST(FastMST, EqualsPrimOnTheCatalogue) {
     expectSameTree(treePoints(list, 5000), 3, "first 5000 catalogue stars");
 }
 
-TEST(StarListMST, BuildSaveAndLoad) {
-    ScratchDir dir;
-    std::string lines;
-    for (int i = 0; i < 12; ++i)
-        lines += cattest::fullLine(1 + i % 4, 2 + i / 4, 0.5 * i,
-                                   "G 2 V " + std::to_string(100 + i) + " 0 S" + std::to_string(i));
-    const std::string stars = dir.write("s.star", cattest::starFile(12, lines));
-    StarList list;
-    cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(stars.c_str(), 1, 1), 1); });
-    const int n = list.getNumRecords();
-
-    const std::string saved = dir.file("tree.mst");
-    list.buildMST(saved.c_str());
-    int numEdges = 0;
-    const std::int32_t* built = list.getMSTEdges(&numEdges);
-    ASSERT_NE(built, nullptr);
-    ASSERT_EQ(numEdges, n - 1);
-    const Edges builtEdges(built, built + 2 * numEdges);
-    EXPECT_EQ(builtEdges, prim(treePoints(list, n), 3));
-
-    const std::string text = cattest::readFile(saved);
-    EXPECT_EQ(text.substr(0, text.find('\n') + 1), "MST-FILE " + std::to_string(n) + " points\n");
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), n);
-
-    StarList other;
-    cattest::stdoutOf([&] { ASSERT_EQ(other.readStarFiles(stars.c_str(), 1, 1), 1); });
-    EXPECT_EQ(other.loadMST(saved.c_str()), 1);
-    const std::int32_t* loaded = other.getMSTEdges(&numEdges);
-    ASSERT_NE(loaded, nullptr);
-    EXPECT_EQ(Edges(loaded, loaded + 2 * numEdges), builtEdges);
-}
-
 std::string treeFile(int n, int edgeLines, int badVertexAt = -1, int badVertex = 0) {
     std::string text = "MST-FILE " + std::to_string(n) + " points\n";
     for (int i = 0; i < edgeLines; ++i) {
@@ -221,6 +177,41 @@ std::string treeFile(int n, int edgeLines, int badVertexAt = -1, int badVertex =
                 "\n";
     }
     return text;
+}
+
+TEST(StarListMST, BuildSaveLoadAndThePointCount) {
+    ScratchDir dir;
+    std::string lines;
+    for (int i = 0; i < 100; ++i)
+        lines += cattest::fullLine(1 + i % 4, 2 + i / 4 % 5, 0.5 * i, "G 2 V 0 0 S");
+    StarList list, other;
+    cattest::loadStars(list, dir, 100, lines, 1);
+    cattest::loadStars(other, dir, 100, lines, 1);
+    ASSERT_EQ(list.getNumRecords(), 101);
+
+    const std::string saved = dir.file("tree.mst");
+    list.buildMST(saved.c_str());
+    int numEdges = 0;
+    const std::int32_t* built = list.getMSTEdges(&numEdges);
+    ASSERT_EQ(numEdges, 100);
+    const Edges builtEdges(built, built + 2 * numEdges);
+    EXPECT_EQ(builtEdges, prim(treePoints(list, 101), 3));
+    const std::string text = cattest::readFile(saved);
+    EXPECT_EQ(text.substr(0, text.find('\n') + 1), "MST-FILE 101 points\n");
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 101);
+    ASSERT_EQ(other.loadMST(saved.c_str()), 1);
+    const std::int32_t* loaded = other.getMSTEdges(&numEdges);
+    EXPECT_EQ(Edges(loaded, loaded + 2 * numEdges), builtEdges);
+
+    // A tree of 100 points for 101 stars is refused and the old tree is gone too.
+    const std::string tree100 = dir.write("t100.mst", treeFile(100, 99));
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(other.loadMST(tree100.c_str()), -1); }),
+              "Err (loadMST): number of points in [" + tree100 +
+                  "] does not match the number points I have.\n");
+    EXPECT_EQ(other.getMSTEdges(nullptr), nullptr);
+    const std::string unwritable = dir.file("no/such/folder/tree.mst");
+    EXPECT_EQ(stderrOf([&] { list.buildMST(unwritable.c_str()); }),
+              "Err (save_MST): opening file [" + unwritable + "]\n");
 }
 
 TEST(MSTFile, BadFilesAreReportedAndLeaveNoTree) {
@@ -234,11 +225,6 @@ TEST(MSTFile, BadFilesAreReportedAndLeaveNoTree) {
     EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(badVertex.c_str(), &n), nullptr); }),
               "Err (load_MST): there is a vertex [12] in [" + badVertex +
                   "], which out of range [0,9]\n");
-    const std::string negative = dir.write("negative.mst", treeFile(10, 9, 0, -1));
-    EXPECT_NE(stderrOf([&] {
-                  EXPECT_EQ(load_MST(negative.c_str(), &n), nullptr);
-              }).find("there is a vertex [-1]"),
-              std::string::npos);
 
     const std::string missing = dir.file("missing.mst");
     EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(missing.c_str(), &n), nullptr); }),
@@ -249,9 +235,8 @@ TEST(MSTFile, BadFilesAreReportedAndLeaveNoTree) {
     EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(huge.c_str(), &n), nullptr); }),
               "Err (load_MST): not enough edges in [" + huge + "] (2/1999999999 edges read).\n");
 
-    for (const std::string& content :
-         {std::string(), std::string("MST-FILE lots points\n"), std::string("MST-FILE 0 points\n"),
-          std::string("MST-FILE 3 points\n1 zero\n2 1\n"), std::string("\x01\x02\xff garbage")}) {
+    for (const std::string& content : {std::string(), std::string("MST-FILE lots points\n"),
+                                       std::string("MST-FILE 0 points\n")}) {
         const std::string path = dir.write("garbage.mst", content);
         const std::string message =
             stderrOf([&] { EXPECT_EQ(load_MST(path.c_str(), &n), nullptr); });
@@ -266,21 +251,8 @@ TEST(MSTFile, BadFilesAreReportedAndLeaveNoTree) {
 
 TEST(MSTFile, MutatedFilesLoadOrFailCleanly) {
     ScratchDir dir;
-    const std::string good = treeFile(12, 11);
     for (unsigned seed = 0; seed < 300; ++seed) {
-        std::string text = good;
-        std::uint32_t state = seed * 2654435761u + 3;
-        for (int e = 0; e < 2; ++e) {
-            state = state * 1664525u + 1013904223u;
-            const std::size_t at = (state >> 8) % text.size();
-            state = state * 1664525u + 1013904223u;
-            if (state % 2) {
-                text[at] = static_cast<char>("0123456789 -\nx9"[state >> 28]);
-            } else {
-                text.erase(at, 1 + (state >> 29));
-            }
-        }
-        const std::string path = dir.write("m.mst", text);
+        const std::string path = dir.write("m.mst", cattest::damaged(treeFile(12, 11), seed));
         int n = -1;
         std::int32_t* tree = nullptr;
         const std::string message = stderrOf([&] { tree = load_MST(path.c_str(), &n); });
@@ -293,32 +265,6 @@ TEST(MSTFile, MutatedFilesLoadOrFailCleanly) {
             EXPECT_TRUE(tree[i] >= 0 && tree[i] < n);
         releaseMSTArray(tree);
     }
-}
-
-TEST(MSTFile, PointCountMustMatchTheStars) {
-    ScratchDir dir;
-    std::string lines;
-    for (int i = 0; i < 100; ++i)
-        lines += cattest::fullLine(1 + i, 1, 1, "G 2 V 0 0 S");
-    const std::string stars = dir.write("s.star", cattest::starFile(100, lines));
-    StarList list;
-    cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(stars.c_str(), 1, 1), 1); });
-    ASSERT_EQ(list.getNumRecords(), 101);
-    list.buildMST();
-    const std::string tree100 = dir.write("t100.mst", treeFile(100, 99));
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.loadMST(tree100.c_str()), -1); }),
-              "Err (loadMST): number of points in [" + tree100 +
-                  "] does not match the number points I have.\n");
-    EXPECT_EQ(list.getMSTEdges(nullptr), nullptr);  // the old tree is gone too
-    const std::string tree101 = dir.write("t101.mst", treeFile(101, 100));
-    EXPECT_EQ(list.loadMST(tree101.c_str()), 1);
-    int numEdges = 0;
-    EXPECT_NE(list.getMSTEdges(&numEdges), nullptr);
-    EXPECT_EQ(numEdges, 100);
-
-    const std::string unwritable = dir.file("no/such/folder/tree.mst");
-    EXPECT_EQ(stderrOf([&] { list.buildMST(unwritable.c_str()); }),
-              "Err (save_MST): opening file [" + unwritable + "]\n");
 }
 
 }  // namespace
