@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <functional>
+#include <vector>
 
 #include "catalogue/star_list.h"
 #include "starrender/brightness_model.h"
@@ -50,60 +51,49 @@ TEST(SizeFromMagnitude, FollowsTheTablesAndTheirBlend) {
                 (sizeFromMagnitude(m, 1.0f) + sizeFromMagnitude(m, 0.0f)) / 2, 1e-7);
 }
 
-TEST(ClassifyStarSize, FaintStarsAreNotDrawn) {
-    StarSizeClass c = classifyStarSize(10.5f, 1.0f, 1e-5, 1.0, 16 * 1024 * 16);
-    EXPECT_FALSE(c.visible);
-    EXPECT_EQ(c.bucket, 0);
-}
-
-TEST(ClassifyStarSize, BelowRootTwoPixelsIsBucketOneAndTransparent) {
-    // 0.25 degrees shown 0.6 pixels wide: t = 1.2.
-    StarSizeClass c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 0.6), 1.0, 16 * 1024 * 16);
-    EXPECT_TRUE(c.visible);
-    EXPECT_EQ(c.bucket, 1);
-    EXPECT_EQ(c.coverage, 0);
-    EXPECT_EQ(coverageAlpha(c.coverage), 0.0f);
-}
-
-TEST(ClassifyStarSize, BucketAndCoverageOfAMidSizedStar) {
-    // s = 1.3 px, t = 2.6, k = trunc(6.76 - 1) = 5, bucket ceil(sqrt 6) = 3,
-    // coverage trunc(5 x 256 / 9) = 142, alpha gamma 202 with low bits cleared = 200.
-    StarSizeClass c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 1.3), 1.0, 16 * 1024 * 16);
-    EXPECT_EQ(c.bucket, 3);
-    EXPECT_EQ(c.coverage, 142);
-    EXPECT_FLOAT_EQ(coverageAlpha(c.coverage), 200.0f / 255.0f);
-    // texScale doubles t: t = 5.2, k = 26, bucket 6, coverage trunc(26 x 256 / 36) = 184.
-    c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 1.3), 2.0, 16 * 1024 * 16);
-    EXPECT_EQ(c.bucket, 6);
-    EXPECT_EQ(c.coverage, 184);
-}
-
-TEST(ClassifyStarSize, VeryBrightStarsGoToBucket32FullyCovered) {
-    StarSizeClass c = classifyStarSize(-1.0f, 1.0f, rppFor(1.0, 40.0), 1.0, 16 * 1024 * 16);
-    EXPECT_TRUE(c.visible);
-    EXPECT_EQ(c.bucket, 32);
-    EXPECT_EQ(c.coverage, 255);
-    // Just below twice ptLarge pixels (t < 32) it is classified normally.
-    c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 15.9), 1.0, 16 * 1024 * 16);
-    EXPECT_EQ(c.bucket, 32);
-    EXPECT_LT(c.coverage, 255);
-    // With ptLarge 64 the buckets still end at 63.
-    c = classifyStarSize(4.6918f, 1.0f, rppFor(0.25, 60.0), 1.0, 64 * 1024 * 64);
-    EXPECT_EQ(c.bucket, 63);
-    EXPECT_EQ(c.coverage, 255);
+TEST(ClassifyStarSize, BucketsAndCoverage) {
+    struct Case {
+        float mag;
+        double degrees, pixels, texScale;
+        int largeLimit;
+        bool visible;
+        int bucket, coverage;  // coverage -1: below 255
+    };
+    const int k16 = 16 * 1024 * 16;
+    const Case cases[] = {
+        {10.5f, 0.25, 1.0, 1.0, k16, false, 0, 0},   // shifted magnitude above 10
+        {4.6918f, 0.25, 0.6, 1.0, k16, true, 1, 0},  // t = 1.2 < sqrt 2
+        // s = 1.3 px, t = 2.6, k = trunc(6.76 - 1) = 5, bucket ceil(sqrt 6) = 3,
+        // coverage trunc(5 x 256 / 9) = 142; texScale 2: t = 5.2, k = 26, bucket 6.
+        {4.6918f, 0.25, 1.3, 1.0, k16, true, 3, 142},
+        {4.6918f, 0.25, 1.3, 2.0, k16, true, 6, 184},
+        {-1.0f, 1.0, 40.0, 1.0, k16, true, 32, 255},                // very bright
+        {4.6918f, 0.25, 15.9, 1.0, k16, true, 32, -1},              // just below t = 32
+        {4.6918f, 0.25, 60.0, 1.0, 64 * 1024 * 64, true, 63, 255},  // buckets end at 63
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.pixels);
+        const StarSizeClass k =
+            classifyStarSize(c.mag, 1.0f, rppFor(c.degrees, c.pixels), c.texScale, c.largeLimit);
+        EXPECT_EQ(k.visible, c.visible);
+        EXPECT_EQ(k.bucket, c.bucket);
+        if (c.coverage >= 0) {
+            EXPECT_EQ(k.coverage, c.coverage);
+        } else {
+            EXPECT_LT(k.coverage, 255);
+        }
+    }
+    // Alpha: gamma of the coverage with the low bits cleared (142 -> 202 -> 200).
+    EXPECT_EQ(coverageAlpha(0), 0.0f);
+    EXPECT_FLOAT_EQ(coverageAlpha(142), 200.0f / 255.0f);
 }
 
 TEST(DistanceColour, WhiteNearbyRedAtTheFarEnd) {
     float c[4];
     distanceColour(5.0, c);
-    EXPECT_FLOAT_EQ(c[0], 1.0f);
-    EXPECT_FLOAT_EQ(c[1], 1.0f);
-    EXPECT_FLOAT_EQ(c[2], 1.0f);
+    EXPECT_EQ(std::vector<float>(c, c + 3), std::vector<float>(3, 1.0f));
     distanceColour(30.0, c);
-    EXPECT_FLOAT_EQ(c[0], 1.0f);
-    EXPECT_FLOAT_EQ(c[1], 0.0f);
-    EXPECT_FLOAT_EQ(c[2], 0.0f);
-    EXPECT_FLOAT_EQ(c[3], 1.0f);
+    EXPECT_EQ(std::vector<float>(c, c + 4), (std::vector<float>{1, 0, 0, 1}));
     // d = 80: red at its lowest, green and blue full.
     const double farW = std::log10(4.2723) + 26.0;
     distanceColour(8.0 + (farW - 8.0) * 80.0 / 255.0, c);

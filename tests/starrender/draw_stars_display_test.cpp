@@ -8,14 +8,12 @@
 
 #include "catalogue/star_list.h"
 #include "starrender/point_size_program.h"
-#include "tests/catalogue/catalogue_test_util.h"
+#include "tests/starrender/starrender_test_util.h"
 #include "tests/support/gl_test_window.h"
 
 namespace {
 
 constexpr int kSize = 200;
-// The SIZE line of a file in parsecs gives the unit as a float.
-constexpr double kParsecLog = static_cast<double>(16.4894f);
 // A field of view that makes one degree 7.75 pixels: row 36 of table A puts a star of
 // shifted magnitude 0.8643 at exactly one degree.
 const double kFovy = 2 * std::atan(100 * (M_PI / 180) / 7.75) * 180 / M_PI;
@@ -29,21 +27,11 @@ void setUpView() {
     glEnable(GL_DEPTH_TEST);
 }
 
-// A star at (x, y, z) parsecs whose magnitude seen from the origin is m (shifted scale).
-std::string starAt(double x, double y, double z, double m, int hd) {
-    const double d = std::sqrt(x * x + y * y + z * z);
-    const double absMag = m - 5.0 * std::log10(d / 10.0);
-    char buf[200];
-    std::snprintf(buf, sizeof buf, "%.9g %.9g %.9g 0 0 0 0 0 0 0 0.6 %.9g 1 1 1 1 G 2 V %d\n", x, y,
-                  z, std::pow(10.0, -absMag / 2.5), hd);
-    return buf;
-}
+using srtest::kParsecLog;
+using srtest::starAt;
 
 void load(StarList& list, const cattest::ScratchDir& dir, int n, const std::string& lines) {
-    std::string path = dir.write("s.star", cattest::starFile(n, lines));
-    int status = 0;
-    cattest::stdoutOf([&] { status = list.readStarFiles(path.c_str()); });
-    ASSERT_EQ(status, 1);
+    cattest::loadStars(list, dir, n, lines);
 }
 
 struct Blob {
@@ -76,7 +64,7 @@ Blob findBlob(const std::vector<unsigned char>& rgb) {
 
 }  // namespace
 
-TEST(DrawStarsInWindow, AStarStraightAheadIsAtTheCentreWithItsSizeAndAlpha) {
+TEST(DrawStarsInWindow, AStarStraightAheadIsAtTheCentreWithItsSizeAndAlphaUnlessTexScaleIsZero) {
     SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
     cattest::ScratchDir dir;
     StarList list;
@@ -100,13 +88,7 @@ TEST(DrawStarsInWindow, AStarStraightAheadIsAtTheCentreWithItsSizeAndAlpha) {
     glGetDoublev(GL_MODELVIEW_MATRIX, mv);
     EXPECT_EQ(mv[0], 1.0);
     EXPECT_EQ(mv[14], 0.0);
-}
-
-TEST(DrawStarsInWindow, TexScaleZeroAndFaintStarsLeaveTheSkyBlack) {
-    SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
-    cattest::ScratchDir dir;
-    StarList list;
-    load(list, dir, 2, starAt(0, 0, -10, 12.0f, 1) + starAt(1, 0, -10, 2.0f, 2));
+    // texScale 0 leaves the sky black.
     ASSERT_EQ(list.setStarTextureScale(0.0), 1);
     setUpView();
     list.drawStars(kParsecLog, kStarColorFile | kStarDepthWrite, -1, -1);

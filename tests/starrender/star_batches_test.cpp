@@ -11,13 +11,13 @@
 #include "catalogue/star_list.h"
 #include "starrender/star_draw_sink.h"
 #include "starrender/star_frame.h"
-#include "tests/catalogue/catalogue_test_util.h"
+#include "tests/starrender/starrender_test_util.h"
 
 namespace {
 
-// The SIZE line of a file in parsecs gives the unit as a float.
-constexpr double kParsecLog = static_cast<double>(16.4894f);
-constexpr double kDegree = 3.14159265358979323846 / 180.0;
+using srtest::frameAt;
+using srtest::kDegree;
+using srtest::starAt;
 
 struct Event {
     enum Kind { kBegin, kPoint, kEnd, kSprite, kNamed } kind;
@@ -36,81 +36,42 @@ class RecordingSink : public StarDrawSink {
     void beginPoints(float size) override {
         EXPECT_LT(openSize, 0.0f) << "batch begun inside a batch";
         openSize = size;
-        Event e{Event::kBegin};
-        e.size = size;
-        events.push_back(e);
+        add(Event::kBegin, size, nullptr);
     }
     void point(const double v[3], const float rgba[4]) override {
         EXPECT_GE(openSize, 0.0f) << "point outside a batch";
-        Event e{Event::kPoint};
-        e.size = openSize;
-        for (int i = 0; i < 3; ++i)
-            e.v[i] = v[i];
-        for (int i = 0; i < 4; ++i)
-            e.rgba[i] = rgba[i];
-        events.push_back(e);
+        std::copy(rgba, rgba + 4, add(Event::kPoint, openSize, v).rgba);
     }
     void endPoints() override {
         openSize = -1.0f;
-        events.push_back(Event{Event::kEnd});
+        add(Event::kEnd, 0, nullptr);
     }
-    void sprite(const StarSprite& s) override {
-        Event e{Event::kSprite};
-        e.sprite = s;
-        events.push_back(e);
-    }
+    void sprite(const StarSprite& s) override { add(Event::kSprite, 0, nullptr).sprite = s; }
     void namedPoint(int name, float size, const double* v) override {
-        Event e{Event::kNamed};
-        e.name = name;
-        e.size = size;
-        for (int i = 0; i < 3; ++i)
-            e.v[i] = v[i];
-        events.push_back(e);
+        add(Event::kNamed, size, v).name = name;
     }
 
     std::vector<Event> points() const { return of(Event::kPoint); }
     std::vector<Event> of(Event::Kind kind) const {
         std::vector<Event> out;
-        for (const Event& e : events) {
+        for (const Event& e : events)
             if (e.kind == kind) out.push_back(e);
-        }
         return out;
+    }
+
+  private:
+    Event& add(Event::Kind kind, float size, const double* v) {
+        Event e{kind};
+        e.size = size;
+        if (v) std::copy(v, v + 3, e.v);
+        events.push_back(e);
+        return events.back();
     }
 };
 
-// A camera at `eye` (drawing units) looking down -z, drawing 1 parsec per unit, with a
-// projection whose pixels are `rpp` radians on an 800 x 600 viewport.
-StarFrame frameAt(Vec3 eye, double rpp) {
-    double mv[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -eye.x, -eye.y, -eye.z, 1};
-    double proj[16] = {0};
-    proj[5] = 1.0 / (600 * 0.5 * rpp);
-    proj[0] = proj[5] * 600.0 / 800.0;
-    proj[10] = -1.0;
-    proj[11] = -1.0;
-    proj[14] = -0.02;
-    const int viewport[4] = {0, 0, 800, 600};
-    return makeStarFrame(mv, proj, viewport, kParsecLog);
-}
-
-// A data line of a star at (x, y, z) parsecs whose magnitude seen from 10 pc... is m at
-// distance d from the eye at the origin: luminosity for the absolute magnitude m - 5 log10(d/10).
-std::string starAt(double x, double y, double z, double apparentMag, int hd,
-                   const std::string& cls = "G") {
-    const double d = std::sqrt(x * x + y * y + z * z);
-    const double absMag = apparentMag - 5.0 * std::log10(d / 10.0);
-    char buf[200];
-    std::snprintf(buf, sizeof buf, "%.9g %.9g %.9g 0 0 0 0 0 0 0 0.6 %.9g 1 1 1 1 %s 2 V %d\n", x,
-                  y, z, std::pow(10.0, -absMag / 2.5), cls.c_str(), hd);
-    return buf;
-}
-
 void load(StarList& list, const cattest::ScratchDir& dir, int n, const std::string& lines,
           int sun = 0) {
-    std::string path = dir.write("s.star", cattest::starFile(n, lines));
-    int status = 0;
-    std::string err = cattest::stderrOf(
-        [&] { cattest::stdoutOf([&] { status = list.readStarFiles(path.c_str(), sun, 0); }); });
-    ASSERT_EQ(status, 1) << err;
+    cattest::loadStars(list, dir, n, lines, sun);
 }
 
 // Magnitude 4.6918 is 0.25 degrees in table A: at rpp = 0.25 deg / 1.3 it falls in bucket 3
@@ -125,7 +86,7 @@ TEST(StarBatches, AStarStraightAheadIsDrawnWhereItIsWithItsBucketAndAlpha) {
     StarList list;
     load(list, dir, 1, starAt(0, 0, -10, kMidMag, 1));
     RecordingSink sink;
-    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile | kStarDepthWrite, sink);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile | kStarDepthWrite, sink);
     std::vector<Event> pts = sink.points();
     ASSERT_EQ(pts.size(), 1u);
     EXPECT_FLOAT_EQ(pts[0].size, 1.5f);
@@ -138,20 +99,27 @@ TEST(StarBatches, AStarStraightAheadIsDrawnWhereItIsWithItsBucketAndAlpha) {
     EXPECT_EQ(sink.of(Event::kBegin).size(), sink.of(Event::kEnd).size());
 }
 
-TEST(StarBatches, FaintStarsStarsBehindAndTexScaleZeroDrawNothing) {
+TEST(StarBatches, FaintStarsStarsBehindTheSunAndTexScaleZeroDrawNothing) {
     cattest::ScratchDir dir;
     StarList list;
     load(list, dir, 3,
          starAt(0, 0, -10, 10.2f, 1) + starAt(0, 0, 10, 2.0f, 2) + starAt(1, 0, -10, 2.0f, 3));
     RecordingSink sink;
-    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
     ASSERT_EQ(sink.points().size(), 1u);  // only the bright star in front
     EXPECT_NEAR(sink.points()[0].v[0], 1.0, 1e-6);
 
     ASSERT_EQ(list.setStarTextureScale(0.0), 1);
     RecordingSink none;
-    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, none);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, none);
     EXPECT_TRUE(none.events.empty());
+    // The Sun is not drawn as a star, even from outside the solar system looking back.
+    StarList withSun;
+    load(withSun, dir, 1, starAt(0, 0, -10, kMidMag, 1), 1);
+    RecordingSink back;
+    withSun.drawStarsInto(frameAt(Vec3{0, 0, 1}, kMidRpp), kStarColorFile, back);
+    ASSERT_EQ(back.points().size(), 1u);
+    EXPECT_NEAR(back.points()[0].v[2], -11.0, 1e-6);
 }
 
 TEST(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
@@ -162,7 +130,7 @@ TEST(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
          1);
     list.setPickMode(1);
     RecordingSink sink;
-    list.drawStarsInto(frameAt({0, 0, 0.5}, kMidRpp), 0, sink);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0.5}, kMidRpp), 0, sink);
     list.setPickMode(0);
     std::vector<Event> named = sink.of(Event::kNamed);
     ASSERT_EQ(named.size(), 3u);  // the Sun, the faint star and the mid star; not the one behind
@@ -179,17 +147,6 @@ TEST(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
     EXPECT_EQ(named.back().name, 0);
 }
 
-TEST(StarBatches, TheSunIsNotDrawnAsAStar) {
-    cattest::ScratchDir dir;
-    StarList list;
-    load(list, dir, 1, starAt(0, 0, -10, kMidMag, 1), 1);
-    RecordingSink sink;
-    // From 1 pc outside the solar system looking back at it and beyond.
-    list.drawStarsInto(frameAt({0, 0, 1}, kMidRpp), kStarColorFile, sink);
-    ASSERT_EQ(sink.points().size(), 1u);
-    EXPECT_NEAR(sink.points()[0].v[2], -11.0, 1e-6);
-}
-
 TEST(StarBatches, AFullBucketIsFlushedAndLaterStarsOfItsSizeGoStraightIntoTheOpenBatch) {
     cattest::ScratchDir dir;
     StarList list;
@@ -200,7 +157,7 @@ TEST(StarBatches, AFullBucketIsFlushedAndLaterStarsOfItsSizeGoStraightIntoTheOpe
     load(list, dir, n, lines);
     ASSERT_EQ(list.getBucketCapacity(), 16);
     RecordingSink sink;
-    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
     std::vector<Event>& ev = sink.events;
     // begin(1.0) with nothing, then the 17th star flushes: end, begin(1.5), 17 points, and
     // the remaining 23 stars are drawn in that batch at once; nothing is left at the end.
@@ -231,7 +188,7 @@ TEST(StarBatches, StoredBucketsAreDrawnAtTheEndOneBatchPerSize) {
         lines += starAt(0.1 * i, 1, -10, 2.0f, i + 11);
     load(list, dir, 6, lines);
     RecordingSink sink;
-    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
     std::vector<float> sizes;
     for (const Event& e : sink.of(Event::kBegin))
         sizes.push_back(e.size);
@@ -247,7 +204,7 @@ TEST(StarBatches, FarStarsAreDepthCompressed) {
     StarList list;
     load(list, dir, 2, starAt(0, 0, -1e6, -20.0f, 1) + starAt(0, 0, -1000, 0.0f, 2));
     RecordingSink sink;
-    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
     ASSERT_EQ(sink.points().size(), 2u);
     std::vector<double> depths;
     for (const Event& e : sink.points())
@@ -263,12 +220,12 @@ TEST(StarBatches, VMagnitudeSelectionUsesTheMagnitudeFromTheEye) {
     load(list, dir, 2, starAt(0, 0, -10, 3.0f, 1) + starAt(0, 0.5, -10, 6.0f, 2));
     ASSERT_EQ(list.setVMagRangeOn(2.0, 5.0), 1);
     RecordingSink sink;
-    list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
     ASSERT_EQ(sink.points().size(), 1u);
     EXPECT_NEAR(sink.points()[0].v[1], 0.0, 1e-9);
     // Moving the eye 5 parsecs closer brightens the second star by 1.5 magnitudes.
     RecordingSink closer;
-    list.drawStarsInto(frameAt({0, 0, -5}, kMidRpp), kStarColorFile, closer);
+    list.drawStarsInto(frameAt(Vec3{0, 0, -5}, kMidRpp), kStarColorFile, closer);
     ASSERT_EQ(closer.points().size(), 1u);
     EXPECT_NEAR(closer.points()[0].v[1], 0.5, 1e-9);
     EXPECT_NEAR(list.getStarArray()[1].appMag,
@@ -278,34 +235,28 @@ TEST(StarBatches, VMagnitudeSelectionUsesTheMagnitudeFromTheEye) {
 TEST(StarBatches, ColourSourcesExposureAndIntensity) {
     cattest::ScratchDir dir;
     StarList list;
-    // File colour (0.5, 0.25, 1, 1).
-    load(list, dir, 1, "0 0 -10 0 0 0 0 0 0 0 0.6 0.3 0.5 0.25 1 1 G 2 V 1\n");
-    auto colourWith = [&](int flags) {
-        RecordingSink sink;
-        list.drawStarsInto(frameAt({0, 0, 0}, kMidRpp), flags, sink);
-        const std::vector<Event> points = sink.points();
-        EXPECT_EQ(points.size(), 1u);
-        if (points.empty()) return std::vector<float>(4, -1.0f);
-        return std::vector<float>(points[0].rgba, points[0].rgba + 4);
+    load(list, dir, 1, "0 0 -10 0 0 0 0 0 0 0 0.6 0.3 0.5 0.25 1 1 G 2 V 1\n");  // (0.5, 0.25, 1)
+    struct Case {
+        int flags;
+        float exposure, tune, red, green;
     };
-    std::vector<float> c = colourWith(kStarColorFile);
-    EXPECT_FLOAT_EQ(c[0], 0.5f);
-    EXPECT_FLOAT_EQ(c[1], 0.25f);
-    c = colourWith(kStarColorWhite);
-    EXPECT_FLOAT_EQ(c[1], 1.0f);
-    c = colourWith(0);  // no colour source: the plain colour
-    EXPECT_FLOAT_EQ(c[0], 0.0f);
-    // Without a colormap loaded, the colormap flag changes nothing.
-    c = colourWith(kStarColorMap | kStarColorFile);
-    EXPECT_FLOAT_EQ(c[0], 0.5f);
-    ASSERT_EQ(list.setExposure(2.0f), 1);
-    c = colourWith(kStarColorFile);
-    EXPECT_FLOAT_EQ(c[0], 0.25f);
-    ASSERT_EQ(list.setExposure(1.0f), 1);
-    ASSERT_EQ(list.setTuneIntensity(3.0f), 1);
-    c = colourWith(kStarColorFile);
-    EXPECT_FLOAT_EQ(c[0], 1.0f);
-    EXPECT_FLOAT_EQ(c[1], 0.75f);
+    const Case cases[] = {
+        {kStarColorFile, 1, 1, 0.5f, 0.25f},
+        {kStarColorWhite, 1, 1, 1, 1},
+        {0, 1, 1, 0, 0},                                      // no source: the plain colour
+        {kStarColorMap | kStarColorFile, 1, 1, 0.5f, 0.25f},  // no colormap loaded
+        {kStarColorFile, 2, 1, 0.25f, 0.0625f},               // colour to the power of exposure
+        {kStarColorFile, 1, 3, 1, 0.75f},
+    };
+    for (const Case& c : cases) {
+        ASSERT_EQ(list.setExposure(c.exposure), 1);
+        ASSERT_EQ(list.setTuneIntensity(c.tune), 1);
+        RecordingSink sink;
+        list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), c.flags, sink);
+        ASSERT_EQ(sink.points().size(), 1u);
+        EXPECT_FLOAT_EQ(sink.points()[0].rgba[0], c.red) << c.flags << " " << c.exposure;
+        EXPECT_FLOAT_EQ(sink.points()[0].rgba[1], c.green) << c.flags << " " << c.exposure;
+    }
 }
 
 TEST(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
@@ -314,7 +265,7 @@ TEST(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
     load(list, dir, 2, starAt(0, 1, -10, kMidMag, 1) + starAt(0, 0, -10, -10.0f, 2));
     ASSERT_EQ(list.setStarTextureGauss(0.2f, 1.0f), 1);
     RecordingSink sink;
-    const StarFrame frame = frameAt({0, 0, 0}, kMidRpp);
+    const StarFrame frame = frameAt(Vec3{0, 0, 0}, kMidRpp);
     list.drawStarsInto(frame, kStarColorFile | kStarTextured, sink);
     std::vector<Event> sprites = sink.of(Event::kSprite);
     ASSERT_EQ(sprites.size(), 1u);
@@ -342,21 +293,4 @@ TEST(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
     list.drawStarsInto(frame, kStarColorFile | kStarTextured, points);
     EXPECT_TRUE(points.of(Event::kSprite).empty());
     EXPECT_EQ(points.points().size(), 2u);
-}
-
-TEST(StarFrameFromMatrices, EyeDirectionAndPixelScale) {
-    // gluLookAt from (0, 0, 5) towards the origin with up +y: translation (0, 0, -5).
-    double mv[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -5, 1};
-    double proj[16] = {0};
-    proj[0] = 1.0;
-    proj[5] = 2.0;
-    const int vp[4] = {0, 0, 400, 200};
-    StarFrame f = makeStarFrame(mv, proj, vp, 16.0);
-    EXPECT_NEAR(f.eyeDrawing.z, 5.0, 1e-12);
-    EXPECT_NEAR(f.eye.w, 16.0 + std::log10(5.0), 1e-12);
-    EXPECT_NEAR(f.viewDir.z, -1.0, 1e-12);
-    EXPECT_NEAR(f.up.y, 1.0, 1e-12);
-    EXPECT_NEAR(f.radiansPerPixel, 1.0 / (200 * 0.5 * 2.0), 1e-15);
-    EXPECT_NEAR(f.aspect, 0.5 * 2.0, 1e-12);
-    EXPECT_EQ(f.rotation[14], 0.0);
 }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <string>
@@ -12,21 +13,18 @@
 #include "catalogue/star_list.h"
 #include "starrender/star_draw_sink.h"
 #include "starrender/star_frame.h"
-#include "tests/catalogue/catalogue_test_util.h"
+#include "tests/starrender/starrender_test_util.h"
 
 namespace {
 
-constexpr double kParsecLog = static_cast<double>(16.4894f);
-constexpr double kDegree = 3.14159265358979323846 / 180.0;
+using srtest::kDegree;
 
 struct Drawn {
     float size;
     double v[3];
     float rgba[4];
     bool operator==(const Drawn& o) const {
-        return size == o.size && v[0] == o.v[0] && v[1] == o.v[1] && v[2] == o.v[2] &&
-               rgba[0] == o.rgba[0] && rgba[1] == o.rgba[1] && rgba[2] == o.rgba[2] &&
-               rgba[3] == o.rgba[3];
+        return size == o.size && std::equal(v, v + 3, o.v) && std::equal(rgba, rgba + 4, o.rgba);
     }
 };
 
@@ -36,54 +34,29 @@ class PointSink : public StarDrawSink {
     float size = 0.0f;
     void beginPoints(float s) override { size = s; }
     void point(const double v[3], const float rgba[4]) override {
-        Drawn d{size, {v[0], v[1], v[2]}, {rgba[0], rgba[1], rgba[2], rgba[3]}};
-        points.push_back(d);
+        points.push_back(Drawn{size, {v[0], v[1], v[2]}, {rgba[0], rgba[1], rgba[2], rgba[3]}});
     }
     void endPoints() override {}
 };
 
-// n stars scattered within 40 parsecs, bright enough that many are drawn in every size.
+// n moving stars scattered within 40 parsecs, bright enough that many are drawn in every size.
 void loadScatter(StarList& list, const cattest::ScratchDir& dir, int n) {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> u(-1.0, 1.0), mag(-4.0, 9.0);
     std::string lines;
     for (int i = 0; i < n; ++i) {
-        double x, y, z;
+        Vec3 p;
         do {
-            x = u(random), y = u(random), z = u(random);
-        } while (x * x + y * y + z * z > 1.0 || x * x + y * y + z * z < 1e-4);
-        const double d = 40.0 * std::sqrt(x * x + y * y + z * z);
-        const double absMag = mag(random) - 5.0 * std::log10(d / 10.0);
-        char line[200];
-        std::snprintf(line, sizeof line,
-                      "%.9g %.9g %.9g 0 1 2 3 0 0 0 0.6 %.9g 0.9 0.8 0.7 1 G 2 V %d\n", 40 * x,
-                      40 * y, 40 * z, std::pow(10.0, -absMag / 2.5), i + 1);
-        lines += line;
+            p = Vec3{u(random), u(random), u(random)};
+        } while (dot(p, p) > 1.0 || dot(p, p) < 1e-4);
+        lines += srtest::starAt(40 * p.x, 40 * p.y, 40 * p.z, mag(random), i + 1, "0.9 0.8 0.7");
     }
-    const std::string path = dir.write("scatter.star", cattest::starFile(n, lines));
-    int status = 0;
-    cattest::stdoutOf([&] { status = list.readStarFiles(path.c_str()); });
-    ASSERT_EQ(status, 1);
+    cattest::loadStars(list, dir, n, lines);
     ASSERT_EQ(list.setStarAtYear(2000), 1);
 }
 
-// The camera at `eye` (parsecs) turned by `turn` degrees about y, with a vertical field of
-// `fovy` degrees over an 800 x 600 viewport.
-StarFrame frameOf(const double eye[3], double turn, double fovy) {
-    const double c = std::cos(turn * kDegree), s = std::sin(turn * kDegree);
-    // Rotation about y (column-major), then the translation -R eye.
-    double mv[16] = {c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1};
-    for (int r = 0; r < 3; ++r)
-        mv[12 + r] = -(mv[r] * eye[0] + mv[4 + r] * eye[1] + mv[8 + r] * eye[2]);
-    double proj[16] = {0};
-    const double f = 1.0 / std::tan(fovy / 2 * kDegree);
-    proj[0] = f * 600.0 / 800.0;
-    proj[5] = f;
-    proj[10] = -1.0;
-    proj[11] = -1.0;
-    proj[14] = -0.02;
-    const int viewport[4] = {0, 0, 800, 600};
-    return makeStarFrame(mv, proj, viewport, kParsecLog);
+StarFrame frameOf(const Vec3& eye, double turn, double fovy) {
+    return srtest::frameOf(eye, turn, 1.0 / std::tan(fovy / 2 * kDegree));
 }
 
 std::vector<float> magnitudes(const StarList& list) {
@@ -100,9 +73,9 @@ TEST(StarFrames, AStillEyeTurningAndZoomingDrawsWhatAFreshEyeDraws) {
     StarList still, fresh;
     loadScatter(still, dir, 3000);
     loadScatter(fresh, dir, 3000);
-    const double sun[3] = {0, 0, 0}, away[3] = {3.0, -1.0, 2.0};
+    const Vec3 sun{0, 0, 0}, away{3.0, -1.0, 2.0};
     struct Step {
-        const double* eye;
+        Vec3 eye;
         double turn, fovy;
         bool vmagRange;
     };
@@ -142,8 +115,7 @@ TEST(StarFrames, PointsOffTheViewportAreLeftOutAndTheRestKeepTheirOrderAndSize) 
     cattest::ScratchDir dir;
     StarList list;
     loadScatter(list, dir, 3000);
-    const double sun[3] = {0, 0, 0};
-    const StarFrame frame = frameOf(sun, 30, 40);
+    const StarFrame frame = frameOf(Vec3{0, 0, 0}, 30, 40);
     // Without a viewport to go by, every visible star in front of the eye is handed on.
     StarFrame everyPoint = frame;
     everyPoint.viewport[2] = everyPoint.viewport[3] = 0;
