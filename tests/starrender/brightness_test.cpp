@@ -22,6 +22,10 @@ double rppFor(double degrees, double s) {
     return degrees * kDegree / s;
 }
 
+double halve(double angle, double, double) {
+    return angle / 2;
+}
+
 }  // namespace
 
 TEST(ApparentMagnitude, ShiftsSoThatTheFaintLimitIsTen) {
@@ -103,6 +107,7 @@ TEST(DistanceColour, WhiteNearbyRedAtTheFarEnd) {
 
 TEST(BrightnessSetters, RejectedValuesPrintTheirMessageAndKeepTheOldValue) {
     StarList list;
+    const double axis[3] = {0, 0, 1}, none[3] = {0, 0, 0};
     struct Case {
         std::function<int()> call;
         std::string message;
@@ -114,6 +119,12 @@ TEST(BrightnessSetters, RejectedValuesPrintTheirMessageAndKeepTheOldValue) {
          "Err (setTuneIntensity)  : inTuneIntensity should be positive.\n\n"},
         {[&] { return list.setStarScale(-10.0f); },
          "Err (setStarScale) : inStarScale should be greater than -10.0f.\n\n"},
+        {[&] { return list.setSphWarp(axis, -0.1, 1.0); },
+         "Err (StarList::setSphWarp): inSphwarpAngleFrm is out of range [0,pi].\n"},
+        {[&] { return list.setSphWarp(axis, 1.0, 4.0); },
+         "Err (StarList::setSphWarp): inSphwarpAngleTo is out of range [0,pi].\n"},
+        {[&] { return list.setSphWarp(none, 1.0, 1.0); },
+         "Err (StarList::setSphWarp): inSphwarpDir is not a valid direction.\n"},
         {[&] { return list.setPtFaint(1.5f); },
          "Err (setPtFaint) : inPtFaint out of range [0,1]\n\n"},
         {[&] { return list.setPtLarge(0); },
@@ -197,4 +208,25 @@ TEST(StarSizeClassifier, TheFrameTablesClassifyAsTheFullComputation) {
         }
         EXPECT_LT(differ, total / 10000) << s.starScale;
     }
+}
+
+TEST(SphereWarp, StarsTurnTowardsTheAxisByTheWarpFunction) {
+    cattest::ScratchDir dir;
+    StarList list;
+    cattest::loadStars(list, dir, 2, "3 0 0\n0 0 -2\n", 1);
+    const double axis[3] = {0, 0, 5};
+    EXPECT_EQ(list.setSphWarpFunc(nullptr), -1);
+    ASSERT_EQ(list.setSphWarp(axis, 0.0, M_PI), 1);
+    ASSERT_EQ(list.setSphWarpFunc(halve), 1);
+    ASSERT_EQ(list.setSphWarpOn(), 1);
+    // The star 90 degrees from the axis now lies at 45 degrees at its own distance; the star
+    // opposite the axis has no plane to turn in; the Sun stays.
+    const StarObj& onX = list.getStarArray()[2];
+    EXPECT_NEAR(onX.pos.x, std::sqrt(0.5), 1e-12);
+    EXPECT_NEAR(onX.pos.z, std::sqrt(0.5), 1e-12);
+    EXPECT_NEAR(onX.pos.w, 16.4894f + std::log10(3.0), 1e-12);
+    EXPECT_NEAR(list.getStarArray()[1].pos.z, -1.0, 1e-12);
+    EXPECT_EQ(list.getStarArray()[0].pos.w, 11.0);
+    ASSERT_EQ(list.setSphWarpOff(), 1);
+    EXPECT_NEAR(list.getStarArray()[2].pos.x, 1.0, 1e-12);
 }
