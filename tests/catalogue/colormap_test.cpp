@@ -10,10 +10,6 @@ using cattest::stderrOf;
 
 namespace {
 
-void load(StarList& list, const ScratchDir& dir, int n, const std::string& lines) {
-    cattest::loadStars(list, dir, n, lines);
-}
-
 void expectColour(const float* rgba, float r, float g, float b, float a) {
     EXPECT_NEAR(rgba[0], r, 1e-6);
     EXPECT_NEAR(rgba[1], g, 1e-6);
@@ -36,7 +32,7 @@ const char* const kStars =
 TEST(BVColorMap, RampInterpolatesAndClampsAtBothEnds) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 5, kStars);
+    cattest::loadStars(list, dir, 5, kStars);
     std::string map = dir.write("bv.txt", "# three colours\n3\n1 0 0 1\n\n0 1 0 1\n0 0 1 0.5\n");
     ASSERT_EQ(list.loadColorMapBV(map.c_str(), 0.0, 1.0), 1);
     EXPECT_EQ(list.getWhichColorMap(), _USE_BV_COLOR_MAP);
@@ -51,7 +47,7 @@ TEST(BVColorMap, RampInterpolatesAndClampsAtBothEnds) {
 TEST(BVColorMap, OneColourOrAnEmptyIntervalGivesTheFirstColour) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 5, kStars);
+    cattest::loadStars(list, dir, 5, kStars);
     std::string one = dir.write("one.txt", "1\n0.2 0.4 0.6 1\n");
     ASSERT_EQ(list.loadColorMapBV(one.c_str(), -1.0, 3.0), 1);
     for (int i = 0; i < list.getNumRecords(); ++i)
@@ -65,7 +61,7 @@ TEST(BVColorMap, OneColourOrAnEmptyIntervalGivesTheFirstColour) {
 TEST(BVColorMap, BadFilesFailWithTheirMessagesAndKeepTheStarColours) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 5, kStars);
+    cattest::loadStars(list, dir, 5, kStars);
     std::string good = dir.write("good.txt", "1\n0.2 0.4 0.6 1\n");
     ASSERT_EQ(list.loadColorMapBV(good.c_str(), 0, 1), 1);
     struct Case {
@@ -100,7 +96,7 @@ TEST(BVColorMap, BadFilesFailWithTheirMessagesAndKeepTheStarColours) {
 TEST(SpectralColorMap, NearestNumberOfTheClassAndTheFallbackByBV) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 5, kStars);
+    cattest::loadStars(list, dir, 5, kStars);
     std::string map = dir.write("sp.txt",
                                 "# type  x y  r g b\n"
                                 "B0(V) 0 0 100 110 255\n"
@@ -123,7 +119,7 @@ TEST(SpectralColorMap, NearestNumberOfTheClassAndTheFallbackByBV) {
 TEST(SpectralColorMap, WithNothingColouredTheGreenStays) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 1, "1 0 0 0 0 0 0 0 0 0 0.3 1 1 1 1 1 DA 3 V 5\n");
+    cattest::loadStars(list, dir, 1, "1 0 0 0 0 0 0 0 0 0 0.3 1 1 1 1 1 DA 3 V 5\n");
     std::string map = dir.write("sp.txt", "O5(V) 0 0 1 2 3\n");
     ASSERT_EQ(list.loadColorMapSpType(map.c_str()), 1);
     expectColour(list.getStarArray()[0].colormapColor, 0, 1, 0, 1);
@@ -170,7 +166,7 @@ TEST(SpectralColorMap, BadFilesFailWithTheirMessages) {
 TEST(ColorMapMode, SwitchingKeepsTheColoursUntilTheNextLoad) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 5, kStars);
+    cattest::loadStars(list, dir, 5, kStars);
     std::string bv = dir.write("bv.txt", "1\n0.1 0.2 0.3 1\n");
     std::string sp = dir.write("sp.txt", "G2(V) 0 0 255 0 0\n");
     ASSERT_EQ(list.loadColorMapSpType(sp.c_str()), 1);
@@ -178,7 +174,7 @@ TEST(ColorMapMode, SwitchingKeepsTheColoursUntilTheNextLoad) {
     ASSERT_EQ(list.setWhichColorMap(_USE_SPECTRAL_COLOR_MAP), 1);
     expectColour(byHD(list, 3).colormapColor, 0.1f, 0.2f, 0.3f, 1);
     // A new star file is coloured with the active map.
-    load(list, dir, 5, kStars);
+    cattest::loadStars(list, dir, 5, kStars);
     expectColour(byHD(list, 3).colormapColor, 1, 0, 0, 1);
     ASSERT_EQ(list.setWhichColorMap(_NO_COLOR_MAP), 1);
     expectColour(byHD(list, 3).colormapColor, 1, 0, 0, 1);

@@ -55,18 +55,10 @@ struct Shot {
     }
 };
 
-bool dark(const Rgb& p) {
-    return p.r + p.g + p.b < 20;
-}
-bool red(const Rgb& p) {
-    return p.r > 150 && p.g < 60 && p.b < 60;
-}
-bool green(const Rgb& p) {
-    return p.g > 150 && p.r < 60 && p.b < 60;
-}
-bool lit(const Rgb& p) {
-    return p.r + p.g + p.b > 90;
-}
+const auto dark = [](const Rgb& p) { return p.r + p.g + p.b < 20; };
+const auto red = [](const Rgb& p) { return p.r > 150 && p.g < 60 && p.b < 60; };
+const auto green = [](const Rgb& p) { return p.g > 150 && p.r < 60 && p.b < 60; };
+const auto lit = [](const Rgb& p) { return p.r + p.g + p.b > 90; };
 
 // Stars in parsecs with the Sun: A and B of the figure, C with a planet.
 class DrawnLayers : public ::testing::Test {

@@ -14,10 +14,6 @@ namespace {
 
 constexpr double kParsecMetres = 3.0857e16;
 
-void load(StarList& list, const ScratchDir& dir, int n, const std::string& lines) {
-    cattest::loadStars(list, dir, n, lines, 1);
-}
-
 double separationParsec(const Phc& a, const Phc& b) {
     Vec3 pa = a.xyz() * std::pow(10.0, a.w), pb = b.xyz() * std::pow(10.0, b.w);
     return length(pa - pb) / kParsecMetres;
@@ -28,12 +24,13 @@ double separationParsec(const Phc& a, const Phc& b) {
 TEST(SpectralSelection, AClassRangeHidesOnlyThatClassOutsideIt) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 5,
-         "1 0 0 0 0 0 0 0 0 0 0.6 1 1 1 1 1 G 2 V 1\n"
-         "2 0 0 0 0 0 0 0 0 0 0.6 1 1 1 1 1 G 5 V 2\n"
-         "3 0 0 0 0 0 0 0 0 0 0.9 1 1 1 1 1 K 5 V 3\n"
-         "4 0 0 0 0 0 0 0 0 0 1.4 1 1 1 1 1 M 5 V 4\n"
-         "5 0 0 0 0 0 0 0 0 0 0.0 1 1 1 1 1 DA 5 V 5\n");
+    cattest::loadStars(list, dir, 5,
+                       "1 0 0 0 0 0 0 0 0 0 0.6 1 1 1 1 1 G 2 V 1\n"
+                       "2 0 0 0 0 0 0 0 0 0 0.6 1 1 1 1 1 G 5 V 2\n"
+                       "3 0 0 0 0 0 0 0 0 0 0.9 1 1 1 1 1 K 5 V 3\n"
+                       "4 0 0 0 0 0 0 0 0 0 1.4 1 1 1 1 1 M 5 V 4\n"
+                       "5 0 0 0 0 0 0 0 0 0 0.0 1 1 1 1 1 DA 5 V 5\n",
+                       1);
     ASSERT_EQ(list.setSptypeRangeOn(4, 0.0f, 4.0f), 1);
     EXPECT_TRUE(list.passesSptypeSelection(cattest::byHD(list, 1)));
     EXPECT_FALSE(list.passesSptypeSelection(cattest::byHD(list, 2)));
@@ -86,7 +83,7 @@ TEST(Selections, SettersRejectReversedRangesAndBoundsAreInclusive) {
 TEST(DistanceSelection, IndicesBoundTheStarsInsideTheShell) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 4, "1 0 0\n10 0 0\n100 0 0\n1000 0 0\n");
+    cattest::loadStars(list, dir, 4, "1 0 0\n10 0 0\n100 0 0\n1000 0 0\n", 1);
     const double pc = 16.4894f;
     ASSERT_EQ(list.setZRangeOn(pc + 0.5, pc + 2.5), 1);
     int first = 0, last = 0;
@@ -108,7 +105,7 @@ TEST(DistanceSelection, StarsMovedOutOfOrderStayInsideTheRange) {
     ScratchDir dir;
     StarList list;
     // The near star runs away fast; after a long time it is the farthest.
-    load(list, dir, 3, "1 0 0 0 300000 0 0\n2 0 0\n3 0 0\n");
+    cattest::loadStars(list, dir, 3, "1 0 0 0 300000 0 0\n2 0 0\n3 0 0\n", 1);
     const double pc = 16.4894f;
     ASSERT_EQ(list.setZRangeOn(pc + std::log10(1.5), pc + std::log10(2.5)), 1);
     ASSERT_EQ(list.setStarAtYear(1991 + 20), 1);  // about 6 pc further out
@@ -127,7 +124,7 @@ TEST(DistanceSelection, StarsMovedOutOfOrderStayInsideTheRange) {
 TEST(StarMotion, AThousandYearsAtAHundredKmPerSecondMovesAbout0p1Parsec) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 1, "10 0 0 0 0 100 0\n");
+    cattest::loadStars(list, dir, 1, "10 0 0 0 0 100 0\n", 1);
     const Phc before = list.getStarArray()[1].pos;
     ASSERT_EQ(list.setStarAtYear(1991 + 1000), 1);
     const Phc after = list.getStarArray()[1].pos;
@@ -141,7 +138,7 @@ TEST(StarMotion, AThousandYearsAtAHundredKmPerSecondMovesAbout0p1Parsec) {
 TEST(StarMotion, AStarMovingWithTheLocalStandardOfRestStaysPut) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 2, "10 0 0 0 -10 -5 -7\n0 5 0 0 30 0 0\n");
+    cattest::loadStars(list, dir, 2, "10 0 0 0 -10 -5 -7\n0 5 0 0 30 0 0\n", 1);
     const double lsr[3] = {10, 5, 7};
     ASSERT_EQ(list.setLSR(lsr), 1);
     const StarObj* still = nullptr;
@@ -162,10 +159,11 @@ TEST(StarMotion, AStarMovingWithTheLocalStandardOfRestStaysPut) {
 TEST(StarMotion, AverageVelocitySkipsTheSunAndHonoursTheFilters) {
     ScratchDir dir;
     StarList list;
-    load(list, dir, 3,
-         "1 0 0 0 10 0 0 0 0 0 0 1 1 1 1 1 G 2 V\n"
-         "2 0 0 0 20 0 0 0 0 0 0 1 1 1 1 1 K 2 V\n"
-         "3 0 0 0 60 6 0 0 0 0 0 1 1 1 1 1 K 8 V\n");
+    cattest::loadStars(list, dir, 3,
+                       "1 0 0 0 10 0 0 0 0 0 0 1 1 1 1 1 G 2 V\n"
+                       "2 0 0 0 20 0 0 0 0 0 0 1 1 1 1 1 K 2 V\n"
+                       "3 0 0 0 60 6 0 0 0 0 0 1 1 1 1 1 K 8 V\n",
+                       1);
     double mean[3];
     EXPECT_EQ(list.getAverageVelocity(0, 0, 0, mean), 3);
     EXPECT_DOUBLE_EQ(mean[0], 30.0);
