@@ -30,9 +30,7 @@ void setUpView() {
 using srtest::kParsecLog;
 using srtest::starAt;
 
-void load(StarList& list, const cattest::ScratchDir& dir, int n, const std::string& lines) {
-    cattest::loadStars(list, dir, n, lines);
-}
+using cattest::loadStars;
 
 struct Blob {
     int count = 0;
@@ -71,7 +69,7 @@ TEST(DrawStarsInWindow, AStarStraightAheadIsAtTheCentreWithItsSizeAndAlphaUnless
     // s = 7.75 pixels: t = 15.5, k = 239, bucket 16 (an 8-pixel point), coverage 239,
     // alpha = gamma 249 with the low bits cleared = 248.
     const float m = kOneDegreeMag;
-    load(list, dir, 1, starAt(0, 0, -10, m, 1));
+    loadStars(list, dir, 1, starAt(0, 0, -10, m, 1));
     setUpView();
     list.drawStars(kParsecLog, kStarColorFile | kStarDepthWrite, -1, -1);
     const Blob b = findBlob(testsupport::readBackRGB(kSize, kSize));
@@ -99,8 +97,9 @@ TEST(PickStarInWindow, TheNearerOfTwoStarsInLineIsPicked) {
     SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
     cattest::ScratchDir dir;
     StarList list;
-    load(list, dir, 3,
-         starAt(0, 0, -50, 3.0f, 50) + starAt(0, 0, -5, 3.0f, 5) + starAt(3, 3, -10, 3.0f, 99));
+    loadStars(
+        list, dir, 3,
+        starAt(0, 0, -50, 3.0f, 50) + starAt(0, 0, -5, 3.0f, 5) + starAt(3, 3, -10, 3.0f, 99));
     setUpView();
     StarObj picked = makeEmptyStarObj();
     int hits = list.pickStar(kSize / 2, kSize / 2, kParsecLog, &picked, 1.0f);
@@ -124,7 +123,7 @@ TEST(PickStarInWindow, StarsTooFaintToSeeCanStillBePicked) {
     // Up and to the right of the centre: window (130, 70) with y from the top.
     const double t = std::tan(kFovy / 2 * M_PI / 180);
     const double x = 30.0 / 100 * t * 10, y = 30.0 / 100 * t * 10;
-    load(list, dir, 1, starAt(x, y, -10, 12.5f, 77));
+    loadStars(list, dir, 1, starAt(x, y, -10, 12.5f, 77));
     setUpView();
     list.drawStars(kParsecLog, kStarColorFile, -1, -1);
     EXPECT_EQ(findBlob(testsupport::readBackRGB(kSize, kSize)).count, 0);
@@ -137,7 +136,7 @@ TEST(DrawStarsInWindow, TexturedBrightStarsAreSpritesWiderThanTheirPoint) {
     SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
     cattest::ScratchDir dir;
     StarList list;
-    load(list, dir, 1, starAt(0, 0, -10, kOneDegreeMag, 1));
+    loadStars(list, dir, 1, starAt(0, 0, -10, kOneDegreeMag, 1));
     ASSERT_EQ(list.setStarTextureGauss(0.2f, 1.0f), 1);
     setUpView();
     list.drawStars(kParsecLog, kStarColorFile | kStarDepthWrite | kStarTextured, -1, -1);
@@ -177,7 +176,7 @@ TEST(DrawStarsInWindow, PointsWithTheirOwnSizesDrawAsBatchesOfOneSize) {
             lines += starAt(x, y, z, -1.0f + 11.0f * ((row * 24 + col) % 37) / 36.0f, ++n);
         }
     }
-    load(list, dir, n, lines);
+    loadStars(list, dir, n, lines);
     auto draw = [&](bool ownSizes) {
         allowPointSizeProgram(ownSizes);
         setUpView();

@@ -21,15 +21,11 @@ constexpr double kParsec = 16.4894;
 
 using testsupport::Rgb;
 
-bool lit(const Rgb& p) {
-    return p.r + p.g + p.b > 90;
-}
-bool grey(const Rgb& p) {
+const auto lit = [](const Rgb& p) { return p.r + p.g + p.b > 90; };
+const auto grey = [](const Rgb& p) {
     return p.r > 100 && std::abs(p.r - p.g) < 30 && std::abs(p.r - p.b) < 30;
-}
-bool red(const Rgb& p) {
-    return p.r > 120 && p.g < 80 && p.b < 80;
-}
+};
+const auto red = [](const Rgb& p) { return p.r > 120 && p.g < 80 && p.b < 80; };
 
 struct Shot {
     std::vector<unsigned char> rgb = testsupport::readBackRGB(kSize, kSize);
@@ -48,12 +44,11 @@ class DrawnLabels : public ::testing::Test {
   protected:
     void SetUp() override {
         if (!testsupport::openTestWindow(kSize, kSize)) GTEST_SKIP() << "no display";
-        std::string lines;
-        lines += "0 0 -1 0.05 0 0 0 0 0 0 0.65 1 1 1 1 1 G 2 V 401 0 Near\n";
-        lines += "0 0 -10000 0.05 0 0 0 0 0 0 0.65 1 1 1 1 1 G 2 V 402 0 Far\n";
-        lines += "0 0 -1 0.3 0 0 0 0 0 0 0.65 1 1 1 1 1 G 2 V 403 0 Wide\n";
-        const std::string stars = dir.write("l.star", cattest::starFile(3, lines));
-        cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(stars.c_str(), 1, 1), 1); });
+        cattest::loadStars(list, dir, 3,
+                           "0 0 -1 0.05 0 0 0 0 0 0 0.65 1 1 1 1 1 G 2 V 401 0 Near\n"
+                           "0 0 -10000 0.05 0 0 0 0 0 0 0.65 1 1 1 1 1 G 2 V 402 0 Far\n"
+                           "0 0 -1 0.3 0 0 0 0 0 0 0.65 1 1 1 1 1 G 2 V 403 0 Wide\n",
+                           1);
         ASSERT_EQ(list.setLabelScale(10.0f), 1);
         glViewport(0, 0, kSize, kSize);
         testsupport::perspectiveCamera(90.0, 1.0, 0.001, 1e6);
@@ -63,11 +58,7 @@ class DrawnLabels : public ::testing::Test {
         glColor3f(0.8f, 0.8f, 0.8f);
     }
 
-    StarObj byHD(int hd) {
-        StarObj star;
-        EXPECT_EQ(list.getStarByHD(&star, hd), 1);
-        return star;
-    }
+    StarObj byHD(int hd) { return cattest::byHD(list, hd); }
 
     cattest::ScratchDir dir;
     StarList list;

@@ -69,10 +69,7 @@ class RecordingSink : public StarDrawSink {
     }
 };
 
-void load(StarList& list, const cattest::ScratchDir& dir, int n, const std::string& lines,
-          int sun = 0) {
-    cattest::loadStars(list, dir, n, lines, sun);
-}
+using cattest::loadStars;
 
 // Magnitude 4.6918 is 0.25 degrees in table A: at rpp = 0.25 deg / 1.3 it falls in bucket 3
 // (point size 1.5) with alpha 200/255.
@@ -85,8 +82,9 @@ TEST(StarBatches, OnlyVisibleStarsInFrontAreDrawnWithTheirBucketAndAlpha) {
     cattest::ScratchDir dir;
     StarList list;
     // Straight ahead, too faint, behind the eye.
-    load(list, dir, 3,
-         starAt(0, 0, -10, kMidMag, 1) + starAt(1, 0, -10, 10.2f, 2) + starAt(0, 0, 10, 2.0f, 3));
+    loadStars(
+        list, dir, 3,
+        starAt(0, 0, -10, kMidMag, 1) + starAt(1, 0, -10, 10.2f, 2) + starAt(0, 0, 10, 2.0f, 3));
     RecordingSink sink;
     list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile | kStarDepthWrite, sink);
     std::vector<Event> pts = sink.points();
@@ -105,7 +103,7 @@ TEST(StarBatches, OnlyVisibleStarsInFrontAreDrawnWithTheirBucketAndAlpha) {
     EXPECT_TRUE(none.events.empty());
     // The Sun is not drawn as a star, even from outside the solar system looking back.
     StarList withSun;
-    load(withSun, dir, 1, starAt(0, 0, -10, kMidMag, 1), 1);
+    loadStars(withSun, dir, 1, starAt(0, 0, -10, kMidMag, 1), 1);
     RecordingSink back;
     withSun.drawStarsInto(frameAt(Vec3{0, 0, 1}, kMidRpp), kStarColorFile, back);
     ASSERT_EQ(back.points().size(), 1u);
@@ -115,9 +113,9 @@ TEST(StarBatches, OnlyVisibleStarsInFrontAreDrawnWithTheirBucketAndAlpha) {
 TEST(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
     cattest::ScratchDir dir;
     StarList list;
-    load(list, dir, 3,
-         starAt(0, 0, -10, 12.0f, 1) + starAt(0, 0, 10, 2.0f, 2) + starAt(0, 1, -20, kMidMag, 3),
-         1);
+    loadStars(
+        list, dir, 3,
+        starAt(0, 0, -10, 12.0f, 1) + starAt(0, 0, 10, 2.0f, 2) + starAt(0, 1, -20, kMidMag, 3), 1);
     list.setPickMode(1);
     RecordingSink sink;
     list.drawStarsInto(frameAt(Vec3{0, 0, 0.5}, kMidRpp), 0, sink);
@@ -144,7 +142,7 @@ TEST(StarBatches, AFullBucketIsFlushedAndLaterStarsOfItsSizeGoStraightIntoTheOpe
     const int n = 40;  // bucket capacity is 16 (40 / 20 is below the minimum)
     for (int i = 0; i < n; ++i)
         lines += starAt(0.01 * i, 0, -10, kMidMag, i + 1);
-    load(list, dir, n, lines);
+    loadStars(list, dir, n, lines);
     ASSERT_EQ(list.getBucketCapacity(), 16);
     RecordingSink sink;
     list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
@@ -176,7 +174,7 @@ TEST(StarBatches, StoredBucketsAreDrawnAtTheEndOneBatchPerSize) {
         lines += starAt(0.1 * i, 0, -10, kMidMag, i + 1);
     for (int i = 0; i < 3; ++i)
         lines += starAt(0.1 * i, 1, -10, 2.0f, i + 11);
-    load(list, dir, 6, lines);
+    loadStars(list, dir, 6, lines);
     RecordingSink sink;
     list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
     std::vector<float> sizes;
@@ -192,7 +190,7 @@ TEST(StarBatches, StoredBucketsAreDrawnAtTheEndOneBatchPerSize) {
 TEST(StarBatches, FarStarsAreDepthCompressed) {
     cattest::ScratchDir dir;
     StarList list;
-    load(list, dir, 2, starAt(0, 0, -1e6, -20.0f, 1) + starAt(0, 0, -1000, 0.0f, 2));
+    loadStars(list, dir, 2, starAt(0, 0, -1e6, -20.0f, 1) + starAt(0, 0, -1000, 0.0f, 2));
     RecordingSink sink;
     list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
     ASSERT_EQ(sink.points().size(), 2u);
@@ -207,7 +205,7 @@ TEST(StarBatches, FarStarsAreDepthCompressed) {
 TEST(StarBatches, VMagnitudeSelectionUsesTheMagnitudeFromTheEye) {
     cattest::ScratchDir dir;
     StarList list;
-    load(list, dir, 2, starAt(0, 0, -10, 3.0f, 1) + starAt(0, 0.5, -10, 6.0f, 2));
+    loadStars(list, dir, 2, starAt(0, 0, -10, 3.0f, 1) + starAt(0, 0.5, -10, 6.0f, 2));
     ASSERT_EQ(list.setVMagRangeOn(2.0, 5.0), 1);
     RecordingSink sink;
     list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
@@ -225,7 +223,8 @@ TEST(StarBatches, VMagnitudeSelectionUsesTheMagnitudeFromTheEye) {
 TEST(StarBatches, ColourSourcesExposureAndIntensity) {
     cattest::ScratchDir dir;
     StarList list;
-    load(list, dir, 1, "0 0 -10 0 0 0 0 0 0 0 0.6 0.3 0.5 0.25 1 1 G 2 V 1\n");  // (0.5, 0.25, 1)
+    loadStars(list, dir, 1,
+              "0 0 -10 0 0 0 0 0 0 0 0.6 0.3 0.5 0.25 1 1 G 2 V 1\n");  // (0.5, 0.25, 1)
     struct Case {
         int flags;
         float exposure, tune, red, green;
@@ -252,7 +251,7 @@ TEST(StarBatches, ColourSourcesExposureAndIntensity) {
 TEST(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
     cattest::ScratchDir dir;
     StarList list;
-    load(list, dir, 2, starAt(0, 1, -10, kMidMag, 1) + starAt(0, 0, -10, -10.0f, 2));
+    loadStars(list, dir, 2, starAt(0, 1, -10, kMidMag, 1) + starAt(0, 0, -10, -10.0f, 2));
     ASSERT_EQ(list.setStarTextureGauss(0.2f, 1.0f), 1);
     RecordingSink sink;
     const StarFrame frame = frameAt(Vec3{0, 0, 0}, kMidRpp);
