@@ -215,36 +215,28 @@ TEST_F(Constellations, OutOfRangeLookupsUnreadableEmptyAndHeaderOnlyFiles) {
 
 TEST_F(Constellations, DamagedFilesKeepTheSectionsReadBefore) {
     const std::string good = "CONSTELLATION Ori Orion\nLINE BEGIN\nHD101\nHD102\nLINE END\n";
+    const std::string lyn = good + "CONSTELLATION Lyn Lynx\n", figure = lyn + "LINE BEGIN\n";
+    auto invalid = [](int line, const std::string& what) {
+        return "Err (line " + std::to_string(line) + "): invalid data\n[" + what + "]\n";
+    };
     struct Case {
-        std::string text;
-        std::string message;
+        std::string text, message;
         int kept;
     };
     const std::vector<Case> cases = {
         {"# only a comment\nLINE BEGIN\n", "Err (line 2): missing identifier [CONSTELLATION]\n", 0},
-        {good + "CONSTELLATION Lyn Lynx\nBOUNDARY BEGIN\n8.0 45.0\nBOUNDARY END\n",
-         "Err (line 8): invalid data\n[8.0 45.0]\n", 1},
-        {good + "CONSTELLATION Lyn Lynx\nBOUNDARY BEGIN\nnan 45.0 UMa\nBOUNDARY END\n",
-         "Err (line 8): invalid data\n[nan 45.0 UMa]\n", 1},
-        {good + "CONSTELLATION Lyn Lynx\nBOUNDARY BEGIN\n8.0 45.0 UMa\n\n# end\n",
-         "Err (line 10): not enough data\n", 1},
-        {good + "CONSTELLATION Lyn Lynx\nLINE BEGIN\nHD101\nXY102\nLINE END\n",
-         "Err (line 9): invalid data\n[XY102]\n", 1},
-        {good + "CONSTELLATION Lyn Lynx\nLINE BEGIN\nHD101 SHARED twice\nLINE END\n",
-         "Err (line 8): invalid data\n[HD101 SHARED twice]\n", 1},
-        {good + "CONSTELLATION Lyn Lynx\nLINE BEGIN\nHD101 EXTRA\nLINE END\n",
-         "Err (line 8): invalid data\n[HD101 EXTRA]\n", 1},
-        {good + "CONSTELLATION Lyn Lynx\nLINE BEGIN\nHD\nLINE END\n",
-         "Err (line 8): invalid data\n[HD]\n", 1},
-        {good + "CONSTELLATION Lyn Lynx\nLINE BEGIN\nHD99999999999\nLINE END\n",
-         "Err (line 8): invalid data\n[HD99999999999]\n", 1},
+        {lyn + "BOUNDARY BEGIN\n8.0 45.0\nBOUNDARY END\n", invalid(8, "8.0 45.0"), 1},
+        {lyn + "BOUNDARY BEGIN\nnan 45.0 UMa\nBOUNDARY END\n", invalid(8, "nan 45.0 UMa"), 1},
+        {lyn + "BOUNDARY BEGIN\n8.0 45.0 UMa\n\n# end\n", "Err (line 10): not enough data\n", 1},
+        {figure + "HD101\nXY102\nLINE END\n", invalid(9, "XY102"), 1},
+        {figure + "HD101 SHARED twice\nLINE END\n", invalid(8, "HD101 SHARED twice"), 1},
+        {figure + "HD101 EXTRA\nLINE END\n", invalid(8, "HD101 EXTRA"), 1},
+        {figure + "HD\nLINE END\n", invalid(8, "HD"), 1},
+        {figure + "HD99999999999\nLINE END\n", invalid(8, "HD99999999999"), 1},
         // Boundaries after figures, and a block opener with a third word.
-        {good + "BOUNDARY BEGIN\n1 2 X\nBOUNDARY END\n",
-         "Err (line 6): invalid data\n[BOUNDARY BEGIN]\n", 0},
-        {good + "CONSTELLATION Lyn Lynx\nLINE BEGIN now\nHD101\nLINE END\n",
-         "Err (line 7): invalid data\n[LINE BEGIN now]\n", 1},
-        {"CONSTELLATION\nLINE BEGIN\nHD101\nLINE END\n",
-         "Err (line 1): invalid data\n[CONSTELLATION]\n", 0},
+        {good + "BOUNDARY BEGIN\n1 2 X\nBOUNDARY END\n", invalid(6, "BOUNDARY BEGIN"), 0},
+        {lyn + "LINE BEGIN now\nHD101\nLINE END\n", invalid(7, "LINE BEGIN now"), 1},
+        {"CONSTELLATION\nLINE BEGIN\nHD101\nLINE END\n", invalid(1, "CONSTELLATION"), 0},
     };
     for (const Case& c : cases) {
         list.loadConstellations(dir.write("ok.txt", kTwoSections).c_str());

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
+#include <vector>
 
 #include "catalogue/star_list.h"
 #include "tests/catalogue/catalogue_test_util.h"
@@ -166,62 +168,33 @@ TEST(StarParameterFile, AWrittenFileReadBackGivesTheSameBlock) {
 
 TEST(StarParameterFile, EachKindOfBadLineHasItsMessageAndNothingIsApplied) {
     ScratchDir dir;
-    struct Case {
-        std::string line;
-        std::string message;
+    const std::vector<std::pair<std::string, std::vector<std::string>>> kinds = {
+        {"invalid data input",
+         {"exposure = 0", "exposure = inf", "starScale = 0", "filterExp = 0", "telescopeDiam = 0",
+          "filterOrder = -1", "filterType = triangle", "texParaMinFilter = GL_CUBIC",
+          "texParaMagFilter = GL_LINEAR_MIPMAP_LINEAR", "pxsizeTex = -3", "texScale = big",
+          "Absmag_Range_selection = maybe", "Sptype_selection = on X 1 2", "color_map = rainbow",
+          "constellation_stipple = off zz", "starAtYear = soon", "LSR_KM = 1 2 nan"}},
+        {"invalid data range",
+         {"vmagMin = 25", "zRange_selection = on 20 10", "filterSize = 1.5", "filterRGB = 1 0.5 2",
+          "Sptype_selection = on G 5 1", "color_map = bv_colormap f.txt 1 0"}},
+        {"not enough input argument",
+         {"texture_source = File", "exposure", "exposure=2", "constellation_stipple = off",
+          "color_map = bv_colormap f.txt", "Sptype_selection = on", "filterRGB = 1 0.5",
+          "Vmag_Range_selection = on 3", "constellation_colors = 1 1 1"}},
+        {"invalid data line format", {"exposure 2"}},
+        {"unknown identifier [Exposure]", {"Exposure = 2"}},
     };
-    const std::vector<Case> cases = {
-        {"exposure = 0", "invalid data input in line [exposure = 0]"},
-        {"vmagMin = 25", "invalid data range in line [vmagMin = 25]"},
-        {"zRange_selection = on 20 10", "invalid data range in line [zRange_selection = on 20 10]"},
-        {"texture_source = File", "not enough input argument in line [texture_source = File]"},
-        {"Exposure = 2", "unknown identifier [Exposure] in line [Exposure = 2]"},
-        {"exposure 2", "invalid data line format in line [exposure 2]"},
-        {"exposure", "not enough input argument in line [exposure]"},
-        {"exposure=2", "not enough input argument in line [exposure=2]"},
-        {"starScale = 0", "invalid data input in line [starScale = 0]"},
-        {"filterSize = 1.5", "invalid data range in line [filterSize = 1.5]"},
-        {"filterExp = 0", "invalid data input in line [filterExp = 0]"},
-        {"telescopeDiam = 0", "invalid data input in line [telescopeDiam = 0]"},
-        {"filterOrder = -1", "invalid data input in line [filterOrder = -1]"},
-        {"exposure = inf", "invalid data input in line [exposure = inf]"},
-        {"constellation_stipple = off",
-         "not enough input argument in line [constellation_stipple = off]"},
-        {"color_map = bv_colormap f.txt",
-         "not enough input argument in line [color_map = bv_colormap f.txt]"},
-        {"Sptype_selection = on", "not enough input argument in line [Sptype_selection = on]"},
-        {"filterRGB = 1 0.5", "not enough input argument in line [filterRGB = 1 0.5]"},
-        {"filterRGB = 1 0.5 2", "invalid data range in line [filterRGB = 1 0.5 2]"},
-        {"filterType = triangle", "invalid data input in line [filterType = triangle]"},
-        {"texParaMinFilter = GL_CUBIC", "invalid data input in line [texParaMinFilter = GL_CUBIC]"},
-        {"texParaMagFilter = GL_LINEAR_MIPMAP_LINEAR",
-         "invalid data input in line [texParaMagFilter = GL_LINEAR_MIPMAP_LINEAR]"},
-        {"pxsizeTex = -3", "invalid data input in line [pxsizeTex = -3]"},
-        {"texScale = big", "invalid data input in line [texScale = big]"},
-        {"Vmag_Range_selection = on 3",
-         "not enough input argument in line [Vmag_Range_selection = on 3]"},
-        {"Absmag_Range_selection = maybe",
-         "invalid data input in line [Absmag_Range_selection = maybe]"},
-        {"Sptype_selection = on X 1 2", "invalid data input in line [Sptype_selection = on X 1 2]"},
-        {"Sptype_selection = on G 5 1", "invalid data range in line [Sptype_selection = on G 5 1]"},
-        {"color_map = bv_colormap f.txt 1 0",
-         "invalid data range in line [color_map = bv_colormap f.txt 1 0]"},
-        {"color_map = rainbow", "invalid data input in line [color_map = rainbow]"},
-        {"constellation_colors = 1 1 1",
-         "not enough input argument in line [constellation_colors = 1 1 1]"},
-        {"constellation_stipple = off zz",
-         "invalid data input in line [constellation_stipple = off zz]"},
-        {"starAtYear = soon", "invalid data input in line [starAtYear = soon]"},
-        {"LSR_KM = 1 2 nan", "invalid data input in line [LSR_KM = 1 2 nan]"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.line);
-        StarList list;
-        ReadResult r = readParameters(
-            list, dir, "# set the epoch first\nstarAtYear = 2000\n\n" + c.line + "   \n");
-        EXPECT_EQ(r.status, -1);
-        EXPECT_EQ(r.err, lineError(6, c.message));
-        EXPECT_EQ(list.getStarAtYear(), 1991);
+    for (const auto& kind : kinds) {
+        for (const std::string& line : kind.second) {
+            SCOPED_TRACE(line);
+            StarList list;
+            ReadResult r = readParameters(
+                list, dir, "# set the epoch first\nstarAtYear = 2000\n\n" + line + "   \n");
+            EXPECT_EQ(r.status, -1);
+            EXPECT_EQ(r.err, lineError(6, kind.first + " in line [" + line + "]"));
+            EXPECT_EQ(list.getStarAtYear(), 1991);
+        }
     }
 }
 
