@@ -7,6 +7,8 @@
 
 #include <GL/gl.h>
 
+#include <string>
+
 #include "catalogue/star_list.h"
 #include "framework/overlays.h"
 #include "starrender/star_labels.h"
@@ -39,34 +41,23 @@ void applyStyle(const LineStyle& style, const CallerStyle& caller) {
     }
 }
 
-}  // namespace
-
-void StarList::drawConstellations(double currLogScale, int showLines, int showNames,
-                                  int showBounds) {
-    if (numConstellations <= 0) return;
-    for (int c = 0; c < numConstellations; ++c)
-        drawConstellation(c, currLogScale, showLines, showNames, showBounds);
-}
-
-void StarList::drawConstellation(int id, double currLogScale, int showLines, int showNames,
-                                 int showBounds) {
-    if (id < 0 || id >= numConstellations || !(showLines || showNames || showBounds)) return;
-    const Constellation& con = constellations[id];
-
+// One call's drawing of constellations: the eye-relative frame, the caller's style and depth
+// test, the two line styles and what is shown.
+struct ConstellationPass {
+    StarFrame frame;
     CallerStyle caller;
-    glGetFloatv(GL_CURRENT_COLOR, caller.colour);
-    glGetFloatv(GL_LINE_WIDTH, &caller.width);
-    EyeRelativeScope scope(currLogScale);
-    const StarFrame& frame = scope.frame();
-    const LineStyle lineStyle{param.constellationColorsGiven, param.constellationLineColor,
-                              param.constellationWidthsGiven, param.constellationLineWidth,
-                              param.constellationLineStipple};
-    const LineStyle boundStyle{param.constellationColorsGiven, param.constellationBoundColor,
-                               param.constellationWidthsGiven, param.constellationBoundWidth,
-                               param.constellationBoundStipple};
+    GLint callerDepthFunc;
+    LineStyle lineStyle;
+    LineStyle boundStyle;
+    bool showLines, showNames, showBounds;
+};
 
-    if (showBounds && con.numBoundaries > 0) {
-        applyStyle(boundStyle, caller);
+// A constellation's boundaries, figure lines and name (at nameStar, when there is one).
+void drawOneConstellation(const ConstellationPass& pass, const Constellation& con,
+                          const StarObj* nameStar, double labelScale) {
+    const StarFrame& frame = pass.frame;
+    if (pass.showBounds && con.numBoundaries > 0) {
+        applyStyle(pass.boundStyle, pass.caller);
         for (int b = 0; b < con.numBoundaries; ++b) {
             glBegin(GL_LINE_STRIP);
             for (int v = 0; v < con.boundaryVertexCounts[b]; ++v) {
@@ -76,8 +67,8 @@ void StarList::drawConstellation(int id, double currLogScale, int showLines, int
             glEnd();
         }
     }
-    if (showLines && con.numLines > 0) {
-        applyStyle(lineStyle, caller);
+    if (pass.showLines && con.numLines > 0) {
+        applyStyle(pass.lineStyle, pass.caller);
         glBegin(GL_LINES);
         for (int i = 0; i < con.numLines; ++i) {
             const Vec3 a = eyeRelativeVertex(frame, con.lines[i].from->pos);
@@ -87,15 +78,67 @@ void StarList::drawConstellation(int id, double currLogScale, int showLines, int
         }
         glEnd();
     }
-    if (showNames && con.brightestStar != nullptr) {
-        LineStyle nameStyle = lineStyle;
+    if (pass.showNames && nameStar != nullptr) {
+        LineStyle nameStyle = pass.lineStyle;
         nameStyle.stipple = 0;
-        applyStyle(nameStyle, caller);
-        const StarObj& star = (con.brightestIndex >= 0 && con.brightestIndex < count)
-                                  ? stars[con.brightestIndex]
-                                  : *con.brightestStar;
-        const LabelPlacement label = labelPlacement(frame, star.pos, param.labelScale);
+        applyStyle(nameStyle, pass.caller);
+        const LabelPlacement label = labelPlacement(frame, nameStar->pos, labelScale);
         const std::string text = std::string(" ") + con.name;
         drawLabelText(label, text.c_str());
+        // Text leaves the depth test at GL_LESS; the next constellation starts from the caller's.
+        glDepthFunc(static_cast<GLenum>(pass.callerDepthFunc));
     }
+}
+
+// Draws constellations first .. last - 1 in one eye-relative scope, each in turn.
+void drawConstellationRun(const Constellation* constellations, int first, int last,
+                          const StarParameter& param, const StarObj* stars, int count,
+                          double currLogScale, int showLines, int showNames, int showBounds) {
+    CallerStyle caller;
+    glGetFloatv(GL_CURRENT_COLOR, caller.colour);
+    glGetFloatv(GL_LINE_WIDTH, &caller.width);
+    GLint depthFunc = GL_LESS;
+    glGetIntegerv(GL_DEPTH_FUNC, &depthFunc);
+    EyeRelativeScope scope(currLogScale);
+    const ConstellationPass pass{
+        scope.frame(),
+        caller,
+        depthFunc,
+        LineStyle{param.constellationColorsGiven, param.constellationLineColor,
+                  param.constellationWidthsGiven, param.constellationLineWidth,
+                  param.constellationLineStipple},
+        LineStyle{param.constellationColorsGiven, param.constellationBoundColor,
+                  param.constellationWidthsGiven, param.constellationBoundWidth,
+                  param.constellationBoundStipple},
+        showLines != 0,
+        showNames != 0,
+        showBounds != 0};
+    for (int c = first; c < last; ++c) {
+        const Constellation& con = constellations[c];
+        const StarObj* nameStar = nullptr;
+        if (con.brightestStar != nullptr) {
+            nameStar = (con.brightestIndex >= 0 && con.brightestIndex < count)
+                           ? &stars[con.brightestIndex]
+                           : con.brightestStar;
+        }
+        drawOneConstellation(pass, con, nameStar, param.labelScale);
+    }
+}
+
+}  // namespace
+
+// All constellations share one eye-relative scope: the matrices, the caller's style and the GL
+// state are read and saved once, not once per constellation.
+void StarList::drawConstellations(double currLogScale, int showLines, int showNames,
+                                  int showBounds) {
+    if (numConstellations <= 0 || !(showLines || showNames || showBounds)) return;
+    drawConstellationRun(constellations, 0, numConstellations, param, stars, count, currLogScale,
+                         showLines, showNames, showBounds);
+}
+
+void StarList::drawConstellation(int id, double currLogScale, int showLines, int showNames,
+                                 int showBounds) {
+    if (id < 0 || id >= numConstellations || !(showLines || showNames || showBounds)) return;
+    drawConstellationRun(constellations, id, id + 1, param, stars, count, currLogScale, showLines,
+                         showNames, showBounds);
 }

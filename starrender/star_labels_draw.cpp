@@ -2,12 +2,14 @@
 
 #include <GL/freeglut.h>
 
+#include <array>
 #include <cstdio>
 #include <optional>
 #include <string>
 
 #include "catalogue/star_list.h"
 #include "framework/overlays.h"
+#include "starrender/label_strokes.h"
 #include "starrender/star_labels.h"
 #include "starrender/star_labels_gl.h"
 
@@ -46,7 +48,18 @@ void drawLabelText(const LabelPlacement& label, const char* text) {
     if (text == nullptr || text[0] == '\0' || !(label.size > 0.0)) return;
     glPushMatrix();
     glTranslated(label.position.x, label.position.y, label.position.z);
-    drawBillboardText(text, static_cast<float>(kLabelCharSize * label.size), 1, 0.0f);
+    // Billboard text, left-aligned with no offset (so starting at the label), drawn in one go.
+    glPushMatrix();
+    double modelview[16];
+    glGetDoublev(GL_MODELVIEW_MATRIX, modelview);
+    const std::array<double, 16> facing =
+        billboardMatrix(modelview, static_cast<float>(kLabelCharSize * label.size), 0.0);
+    glLoadMatrixd(facing.data());
+    glDepthFunc(GL_LEQUAL);
+    const bool drawn = drawStrokeTextSegments(text);
+    glDepthFunc(GL_LESS);
+    glPopMatrix();
+    if (!drawn) drawBillboardText(text, static_cast<float>(kLabelCharSize * label.size), 1, 0.0f);
     glPopMatrix();
 }
 

@@ -29,6 +29,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "framework/framework_state.h"
 #include "framework/view_control.h"
@@ -102,6 +103,21 @@ void drawOneFrame() {
     glPopMatrix();
     glPopAttrib();
     glFinish();
+}
+
+// With SKYRAMA_BENCH_SHOTS set to a folder, the first frame of each case is also written there
+// as a binary PPM (for comparing what is drawn before and after a change).
+void writeShot(const std::string& name) {
+    const char* folder = std::getenv("SKYRAMA_BENCH_SHOTS");
+    if (folder == nullptr) return;
+    std::vector<unsigned char> rgb(static_cast<std::size_t>(kWidth) * kHeight * 3);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, kWidth, kHeight, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+    std::ofstream out(std::string(folder) + "/" + name + ".ppm", std::ios::binary);
+    out << "P6\n" << kWidth << " " << kHeight << "\n255\n";
+    for (int y = kHeight - 1; y >= 0; --y)
+        out.write(reinterpret_cast<const char*>(&rgb[static_cast<std::size_t>(y) * kWidth * 3]),
+                  kWidth * 3);
 }
 
 bool openWindow() {
@@ -187,6 +203,8 @@ void BM_DefaultSceneFrame(benchmark::State& state) {
         drawOneFrame();  // textures load on the first frame
         return 0;
     });
+    drawOneFrame();
+    writeShot(std::to_string(state.range(0)) + "_" + std::to_string(state.range(1)));
     for (auto _ : state)
         drawOneFrame();
     state.SetLabel(std::string(catalogue).substr(14) + kLayerNames[state.range(1)]);
