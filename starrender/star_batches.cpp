@@ -140,6 +140,9 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         const bool place = placeAll || !scaleFree;
         int kept = 0;
         for (int n = 0; n < inFront; ++n) {
+            // The record whose magnitude is written a few stars on, fetched for writing.
+            if (n + kRecordPrefetch < inFront)
+                __builtin_prefetch(&stars[out[n + kRecordPrefetch].index].appMag, 1);
             const StarDrawSlot in = out[n];
             const double len2 = in.vertex[0] * in.vertex[0] + in.vertex[1] * in.vertex[1] +
                                 in.vertex[2] * in.vertex[2];
