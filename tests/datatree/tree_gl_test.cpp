@@ -13,19 +13,6 @@
 #include "tests/datatree/tree_files.h"
 #include "tests/support/gl_test_window.h"
 
-#if defined(__SANITIZE_ADDRESS__) && __has_include(<sanitizer/lsan_interface.h>)
-#include <sanitizer/lsan_interface.h>
-// The GL driver's own allocations outlive its module, so the leak checker cannot name them.
-struct DriverAllocationsUnchecked {
-    DriverAllocationsUnchecked() { __lsan_disable(); }
-    ~DriverAllocationsUnchecked() { __lsan_enable(); }
-};
-#else
-struct DriverAllocationsUnchecked {
-    DriverAllocationsUnchecked() {}  // nothing to do without the leak checker
-};
-#endif
-
 namespace {
 
 constexpr int kSize = 64;
@@ -59,7 +46,7 @@ class GlTree : public testing::Test {
         if (!requireDataTree()) GTEST_SKIP();
         SKYRAMA_REQUIRE_WINDOW(kSize, kSize);
     }
-    DriverAllocationsUnchecked unchecked_;
+    testsupport::DriverAllocationsUnchecked unchecked_;
 };
 
 }  // namespace

@@ -6,9 +6,6 @@
 
 #include <string>
 #include <tuple>
-#if defined(__SANITIZE_ADDRESS__) && __has_include(<sanitizer/lsan_interface.h>)
-#include <sanitizer/lsan_interface.h>
-#endif
 
 #include "image/image_file.h"
 #include "image/readback.h"
@@ -18,18 +15,6 @@
 using namespace imagetest;
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) && __has_include(<sanitizer/lsan_interface.h>)
-// The GL driver's own allocations outlive its module, so the leak checker cannot name them.
-struct DriverAllocationsUnchecked {
-    DriverAllocationsUnchecked() { __lsan_disable(); }
-    ~DriverAllocationsUnchecked() { __lsan_enable(); }
-};
-#else
-struct DriverAllocationsUnchecked {
-    DriverAllocationsUnchecked() {}  // nothing to do without the leak checker
-};
-#endif
 
 constexpr int kWidth = 64;
 constexpr int kHeight = 48;
@@ -47,7 +32,7 @@ std::string pixel(const ImageBuffer& image, int x, int rowFromTop) {
 }  // namespace
 
 TEST(ReadImg, WholeViewportOrARectangleTopRowFirst) {
-    DriverAllocationsUnchecked unchecked;
+    testsupport::DriverAllocationsUnchecked unchecked;
     SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);
     ortho();
     glDisable(GL_DEPTH_TEST);
@@ -68,7 +53,7 @@ TEST(ReadImg, WholeViewportOrARectangleTopRowFirst) {
 }
 
 TEST(Depth, WrittenDepthReadsBackAndReadDepthGivesDistances) {
-    DriverAllocationsUnchecked unchecked;
+    testsupport::DriverAllocationsUnchecked unchecked;
     SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);
     ortho();
     glClear(GL_DEPTH_BUFFER_BIT);
@@ -103,7 +88,7 @@ TEST(Depth, WrittenDepthReadsBackAndReadDepthGivesDistances) {
 }
 
 TEST(TgaUpload, FontSized32BitImageLoadsAsRgba) {
-    DriverAllocationsUnchecked unchecked;
+    testsupport::DriverAllocationsUnchecked unchecked;
     SKYRAMA_REQUIRE_WINDOW(32, 32);
     ScratchDir dir;
     const Bytes file = tga(2, 256, 256, 32, 256 * 256 * 4);  // B, G, R, A = 0, 1, 2, 3 ...
