@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "catalogue/star_list.h"
+#include "starrender/depth_log.h"
 #include "starrender/brightness_model.h"
 #include "starrender/point_batcher.h"
 #include "starrender/star_draw_sink.h"
@@ -102,9 +103,9 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         if (keep && seen.generation == generation) {
             *m = seen.appMag;
             *cls = seen.packedClass;
-            return needDepth ? 0.5 * std::log10(len2) : 0.0;
+            return needDepth ? 0.5 * fastLog10(len2) : 0.0;
         }
-        const double depth = 0.5 * std::log10(len2);
+        const double depth = 0.5 * fastLog10(len2);
         *m = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
         *cls = classifier.classifyPacked(*m);
         stars[i].appMag = *m;

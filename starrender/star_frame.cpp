@@ -3,6 +3,8 @@
 #include <cfloat>
 #include <cmath>
 
+#include "starrender/depth_log.h"
+
 namespace {
 
 constexpr double kMinRadiansPerPixel = 1e-7;
@@ -161,7 +163,7 @@ bool placeStarPoint(const StarFrame& frame, const double c[3], double vertex[3],
         vertex[0] = vertex[1] = vertex[2] = 0.0;
         return true;
     }
-    const double d = 0.5 * std::log10(len2);
+    const double d = 0.5 * fastLog10(len2);
     *depth = d;
     if (d > kDepthCompressStart) {
         const double r =

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <memory>
 
+#include "starrender/depth_log.h"
 #include "starrender/star_frame.h"
 
 const StarSizeClassifier& classifierFor(float starScale, double radiansPerPixel, double texScale,
@@ -28,7 +29,7 @@ const StarSizeClassifier& classifierFor(float starScale, double radiansPerPixel,
 }
 
 double placeVertex(double p[3], double len2) {
-    const double depth = 0.5 * std::log10(len2);
+    const double depth = 0.5 * fastLog10(len2);
     placeVertexAtDepth(p, len2, depth);
     return depth;
 }

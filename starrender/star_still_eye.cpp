@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "catalogue/star_list.h"
+#include "starrender/depth_log.h"
 #include "starrender/point_batcher.h"
 #include "starrender/star_draw_sink.h"
 #include "starrender/star_frame.h"
@@ -60,7 +61,7 @@ bool StarList::makeStillView(const StarFrame& frame, std::uint32_t generation) {
         } else {
             // As drawStarsInto measures a star; the record learns it when the star comes
             // in front.
-            m = static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * std::log10(len2)) + shift);
+            m = static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
             cls = classifier.classifyPacked(m);
         }
         const bool inRange = !vmagOn || (vmagLow <= m && m <= vmagHigh);
@@ -132,7 +133,7 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, in
         eyeRelative(i, p);
         const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
         const float m =
-            static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * std::log10(len2)) + shift);
+            static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
         stars[i].appMag = m;
         eyeMagnitudes[i] = StarEyeMagnitude{m, classifier.classifyPacked(m), generation};
         stillView[i].draw |= kStillWritten;
