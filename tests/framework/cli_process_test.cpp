@@ -47,7 +47,6 @@ TEST(CommandLineErrors, EachMistakeHasItsMessageThenTheUsage) {
         {{}, ""},
         {{"-gzip", "-double", "-fullscreen"}, "\nErr: No script file\n"},
         {{"-jitter", "7", three}, "\nErr: jitterSize not supported!\n\n"},
-        {{"-jitter", "1", three}, "\nErr: jitterSize not supported!\n\n"},
         {{"-jitter", "abc", three}, "\nErr: jitterSize not supported!\n\n"},
         {{"-jitter"}, "\nErr: not enough argument after -jitter\n"},
         {{"-dump", "head"}, "\nErr: not enough argument after -dump\n"},

@@ -51,16 +51,15 @@ TEST(JitterReference, DumpedFramesAreTheRoundedMeanOfTheirPasses) {
                                  SKYRAMA_SOURCE_DIR "/tests/framework/scripts/three_frames.scp"},
                                 options);
     ASSERT_EQ(1, r.exitCode) << r.err;
-    int w = 0, h = 0, c = 0;
-    const std::vector<unsigned char> dumped =
-        read_pnm(scratch.file("jit.0000.pnm").c_str(), &w, &h, &c);
-    ASSERT_EQ(kWidth, w);
-    ASSERT_EQ(kHeight, h);
-    // The next frame starts its sums again: its background is its own.
-    const std::vector<unsigned char> next =
-        read_pnm(scratch.file("jit.0001.pnm").c_str(), &w, &h, &c);
-    ASSERT_EQ(dumped.size(), next.size());
-    const TestRgb bg = backgroundFor(1.0);
+    const auto read = [&](const char* name) {
+        int w = 0, h = 0, c = 0;
+        auto data = read_pnm(scratch.file(name).c_str(), &w, &h, &c);
+        EXPECT_EQ(kWidth * kHeight * 3u, data.size()) << name;
+        data.resize(kWidth * kHeight * 3);
+        return data;
+    };
+    const std::vector<unsigned char> dumped = read("jit.0000.pnm"), next = read("jit.0001.pnm");
+    const TestRgb bg = backgroundFor(1.0);  // the next frame starts its sums again
     EXPECT_EQ((std::vector<int>{bg.r, bg.g, bg.b}), (std::vector<int>{next[0], next[1], next[2]}));
 
     SKYRAMA_REQUIRE_WINDOW(kWidth, kHeight);

@@ -10,32 +10,15 @@ TestRgb backgroundFor(double frame) {
 }
 
 void drawTestPattern(double frame) {
-    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_LIGHTING_BIT);
+    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_LIGHTING_BIT | GL_COLOR_BUFFER_BIT);
     glDisable(GL_LIGHTING);
     glDisable(GL_TEXTURE_2D);
-    glDisable(GL_DEPTH_TEST);
     glDisable(GL_BLEND);
     glShadeModel(GL_SMOOTH);
 
-    const TestRgb bg = backgroundFor(frame);
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
-    glColor3ub(static_cast<GLubyte>(bg.r), static_cast<GLubyte>(bg.g), static_cast<GLubyte>(bg.b));
-    glBegin(GL_QUADS);
-    glVertex2d(-1.0, -1.0);
-    glVertex2d(1.0, -1.0);
-    glVertex2d(1.0, 1.0);
-    glVertex2d(-1.0, 1.0);
-    glEnd();
-    glPopMatrix();
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-
+    const TestRgb bg = backgroundFor(frame);  // fills the viewport whatever the matrices
+    glClearColor(bg.r / 255.0f, bg.g / 255.0f, bg.b / 255.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glBegin(GL_TRIANGLES);
     glColor3ub(250, 30, 20);
     glVertex3d(-0.27, -0.19, 0.0);

@@ -1,5 +1,4 @@
 // The framework with a test scene. Scene words (after the script):
-//   log-draws  print "draw <frame>" for every drawn pass
 //   keys       the key "=" prints the framework's state instead of reaching the framework
 //   mouse-log  print every mouse event the scene is offered
 //   fail       initScene fails
@@ -15,15 +14,8 @@
 
 namespace {
 
-bool logDraws = false;
-
 void drawTestScene(double frame, int, int, double, int pickMode) {
-    if (pickMode != 0) return;
-    if (logDraws) {
-        std::printf("draw %.1f\n", frame);
-        std::fflush(stdout);
-    }
-    drawTestPattern(frame);
+    if (pickMode == 0) drawTestPattern(frame);
 }
 
 int stateKey(unsigned char key, int, int) {
@@ -45,7 +37,6 @@ int initTestScene(int argc, char** argv) {
                 screenHeight, argc);
     std::fflush(stdout);
     for (int i = 0; i < argc; ++i) {
-        if (std::strcmp(argv[i], "log-draws") == 0) logDraws = true;
         if (std::strcmp(argv[i], "keys") == 0) keyboardHook = stateKey;
         if (std::strcmp(argv[i], "mouse-log") == 0) mouseHook = logMouse;
         if (std::strcmp(argv[i], "fail") == 0) return -1;
