@@ -1,11 +1,10 @@
 #include "tests/solar/ephemeris_test_file.h"
 
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
-#include <vector>
+#include <cstdlib>
+
+#include "tests/support/scratch_files.h"
 
 namespace solartest {
 
@@ -25,8 +24,8 @@ Quadratic quadraticOf(int item, int component) {
 }
 
 template <typename T>
-void put(std::vector<unsigned char>& record, std::size_t offset, T value) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(&value);
+void put(std::string& record, std::size_t offset, T value) {  // most significant byte first
+    const auto* bytes = reinterpret_cast<const char*>(&value);
     for (std::size_t i = 0; i < sizeof value; ++i)
         record[offset + i] = bytes[sizeof value - 1 - i];
 }
@@ -53,8 +52,8 @@ bool writeTestEphemeris(const std::string& path, const TestEphemerisSpec& spec) 
     }
     if (next - 1 > kRecordBytes / 8) return false;
 
-    std::vector<unsigned char> header(kRecordBytes, 0), constants(kRecordBytes, 0);
-    std::memcpy(header.data(), "skyrama test ephemeris", 22);
+    std::string header(kRecordBytes, '\0'), constants(kRecordBytes, '\0');
+    header.replace(0, 22, "skyrama test ephemeris");
     put(header, 2656, kTestFirstJulianDate);
     put(header, 2664, kTestFirstJulianDate + spec.records * kTestRecordDays);
     put(header, 2672, kTestRecordDays);
@@ -71,12 +70,9 @@ bool writeTestEphemeris(const std::string& path, const TestEphemerisSpec& spec) 
     for (int i = 0; i < 400; ++i)
         put(constants, 8 * i, i + 0.5);
 
-    FILE* file = fopen(path.c_str(), "wb");
-    if (file == nullptr) return false;
-    bool ok = fwrite(header.data(), 1, kRecordBytes, file) == kRecordBytes &&
-              fwrite(constants.data(), 1, kRecordBytes, file) == kRecordBytes;
-    for (int k = 0; k < spec.records && ok; ++k) {
-        std::vector<unsigned char> record(kRecordBytes, 0);
+    std::string file = header + constants;
+    for (int k = 0; k < spec.records; ++k) {
+        std::string record(kRecordBytes, '\0');
         double start = kTestFirstJulianDate + k * kTestRecordDays;
         put(record, 0, start);
         put(record, 8, start + kTestRecordDays);
@@ -96,15 +92,9 @@ bool writeTestEphemeris(const std::string& path, const TestEphemerisSpec& spec) 
                 }
             }
         }
-        ok = fwrite(record.data(), 1, kRecordBytes, file) == kRecordBytes;
+        file += record;
     }
-    return fclose(file) == 0 && ok;
-}
-
-std::string testFilePath(const std::string& name) {
-    const char* tmp = getenv("TMPDIR");
-    return std::string(tmp != nullptr && *tmp != '\0' ? tmp : "/tmp") + "/skyrama-solar-" +
-           std::to_string(getpid()) + "-" + name;
+    return testsupport::writeFile(path, file);
 }
 
 std::string realEphemerisPath() {

@@ -23,7 +23,6 @@ double testItemValue(int item, int component, double julianDate, double recordOf
 double testItemRate(int item, int component, double julianDate);
 
 bool writeTestEphemeris(const std::string& path, const TestEphemerisSpec& spec = {});
-std::string testFilePath(const std::string& name);  // in the temporary folder
 // data/ephemerisdata/binp_all.405 under TOPDIR or the source tree; "" when absent.
 std::string realEphemerisPath();
 

@@ -11,6 +11,7 @@
 #include "solar/orrery_clock.h"
 #include "solar/orrery_layout.h"
 #include "tests/solar/ephemeris_test_file.h"
+#include "tests/support/scratch_files.h"
 
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
@@ -27,12 +28,8 @@ double lengthOf(const Vec3& v) {
 
 TEST(OrreryLayout, TrailStepsSampleCountsAndTheChosenMoment) {
     const double limits[kPlanetCount] = {2, 8, 8, 8, 32, 128, 128, 512, 512};
-    for (int i = 0; i < kPlanetCount; ++i) {
-        EXPECT_EQ(trailStepDays(i, 30.0), 1.0);
-        EXPECT_EQ(trailStepDays(i, 36500.0), limits[i]);
-    }
-    EXPECT_EQ(trailSampleCount(150.0, trailStepDays(kMercury, 150.0)), 75);
-    EXPECT_EQ(trailSampleCount(150.0, trailStepDays(kPluto, 150.0)), 50);
+    for (int i = 0; i < kPlanetCount; ++i)
+        EXPECT_TRUE(trailStepDays(i, 30.0) == 1.0 && trailStepDays(i, 36500.0) == limits[i]) << i;
     EXPECT_EQ(trailSampleSeconds(100.5, 3), 2894400);  // whole seconds
     EXPECT_EQ(trailSampleCount(0.0, 1.0), 0);
     EXPECT_EQ(trailSampleCount(NAN, trailStepDays(kMars, NAN)), 0);
@@ -49,7 +46,8 @@ TEST(OrreryLayout, TrailStepsSampleCountsAndTheChosenMoment) {
 }
 
 TEST(OrreryLayout, TrailsStartAtTheMomentFadeToHalfAndFarBodiesArePulledIn) {
-    std::string path = solartest::testFilePath("layout.405");
+    const testsupport::ScratchDir dir;
+    const std::string path = dir.file("layout.405");
     ASSERT_TRUE(solartest::writeTestEphemeris(path));
     Ephemeris ephemeris;
     ASSERT_EQ(ephemeris.open(path.c_str(), true), 0);
@@ -58,7 +56,7 @@ TEST(OrreryLayout, TrailsStartAtTheMomentFadeToHalfAndFarBodiesArePulledIn) {
     layOutOrrery(ephemeris, settings, kJ2000Gmt, 9.0, layout);
     for (int i = 0; i < kPlanetCount; ++i) {
         const PlanetLayout& planet = layout.planets[i];
-        ASSERT_EQ(planet.trail.size(), i == kMercury ? 76u : 51u);
+        ASSERT_EQ(planet.trail.size(), i == kMercury ? 76u : 51u);  // 2-day and 3-day steps
         EXPECT_EQ(planet.trail.front().alpha, 1.0f);
         EXPECT_NEAR(planet.trail.back().alpha, 0.5f, 1e-6);
         double now[3], then[3];
@@ -82,7 +80,6 @@ TEST(OrreryLayout, TrailsStartAtTheMomentFadeToHalfAndFarBodiesArePulledIn) {
     layOutOrrery(ephemeris, settings, -86400LL * 365, 9.0, layout);
     EXPECT_EQ(GetCapturedStderr(), "");
     EXPECT_TRUE(layout.planets[kPluto].placed);
-    std::remove(path.c_str());
 }
 
 TEST(OrreryLayout, EarthSpinAndTheSkyTurnedAsTheConstellationsAre) {
@@ -110,7 +107,7 @@ TEST(OrreryLayout, EarthSpinAndTheSkyTurnedAsTheConstellationsAre) {
 
 TEST(OrreryClock, TextsInGmtLocalTimeAndTheZone) {
     const char* old = std::getenv("TZ");
-    std::string saved = old != nullptr ? old : "";
+    const std::string saved = old != nullptr ? old : "";
     setenv("TZ", "JST-9", 1);
     OrreryClockText text = orreryClockText(kJ2000Gmt);
     EXPECT_EQ(text.gmt, "GMT: Sat Jan  1 12:00:00 2000");
