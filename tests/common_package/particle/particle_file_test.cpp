@@ -77,11 +77,8 @@ TEST_F(ParticleFiles, TwoParticlesSharingOneGaussianTexture) {
     EXPECT_EQ(std::vector<double>(
                   {p.pos[0], p.pos[1], p.pos[2], p.pos[3], p.currPos[3], p.size[0], p.size[1]}),
               std::vector<double>({0, -1, 2.5, 16, 16, 0.25, 16}));
-    EXPECT_FLOAT_EQ(p.color[3], 0.5f);
-    EXPECT_GE(p.texName, 1);
-    EXPECT_EQ(p.texName, list_.getTexName(0));
-    EXPECT_FLOAT_EQ(p.texRatio, 0.5f);
-    EXPECT_EQ(p.valid, 1);
+    EXPECT_TRUE(p.color[3] == 0.5f && p.texRatio == 0.5f && p.valid == 1);
+    EXPECT_TRUE(p.texName >= 1 && p.texName == list_.getTexName(0));
     ASSERT_NE(list_.getBSPRoot(), nullptr);
     EXPECT_FALSE(list_.getBSPRoot()->leaf);
     // 64 x 64; at the centre 200 exp(-0.5 / 0.25) = 27.07
@@ -105,9 +102,9 @@ TEST_F(ParticleFiles, ReadingAgainAppendsParticlesAndTextures) {
     for (int i = 0; i < 5; i++) {
         Particle p;
         list_.getParticle(i, &p);
-        EXPECT_EQ(p.pos[0], expected[i][0]) << i;
-        EXPECT_EQ(p.pos[3], expected[i][1]) << i;
-        EXPECT_EQ(p.texName, list_.getTexName(int(expected[i][2]))) << i;
+        EXPECT_TRUE(p.pos[0] == expected[i][0] && p.pos[3] == expected[i][1] &&
+                    p.texName == list_.getTexName(int(expected[i][2])))
+            << i;
     }
     EXPECT_NE(list_.getTexName(0), list_.getTexName(2));
 }
