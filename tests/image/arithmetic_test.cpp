@@ -80,13 +80,16 @@ TEST(Differences, RmsSnrAndDiffPerComponent) {
 }
 
 TEST(Angles, LongitudeFrom0To360AndLatitude) {
-    const double vectors[][3] = {{-1, 0, 0}, {0, -1, 0}, {0, 0, 5}, {2, 2, 0}, {0, 0, 0}};
-    const double expected[][2] = {{180, 0}, {270, 0}, {0, 90}, {45, 0}, {0, 0}};
-    for (int i = 0; i < 5; ++i) {
+    const double rows[][5] = {{-1, 0, 0, 180, 0},
+                              {0, -1, 0, 270, 0},
+                              {0, 0, 5, 0, 90},
+                              {2, 2, 0, 45, 0},
+                              {0, 0, 0, 0, 0}};
+    for (const auto& row : rows) {  // vector, longitude, latitude
         double lon = -1, lat = -1;
-        directionAngles(vectors[i], &lon, &lat);
-        EXPECT_NEAR(lon, expected[i][0], 1e-12) << i;
-        EXPECT_NEAR(lat, expected[i][1], 1e-12) << i;
+        directionAngles(row, &lon, &lat);
+        EXPECT_NEAR(std::abs(lon - row[3]) + std::abs(lat - row[4]), 0.0, 1e-12)
+            << lon << " " << lat;
     }
 }
 

@@ -173,25 +173,6 @@ TEST(Container, TruncatedAndFlippedContainersAreHandled) {
     EXPECT_GT(reported, 0);
 }
 
-// Chunks that are not all full (readable, though the writer never makes them) close up.
-TEST(Container, ShortChunksInTheMiddleCloseUp) {
-    ScratchDir dir;
-    const std::size_t sizes[] = {32768, 100, 32768, 1, 32768, 32768, 32768, 32768, 5, 32768};
-    const std::string text = catalogueText(300000);
-    Bytes plain, file = {'E', 'Z', 0, 0, 0, 10};
-    file.resize(6 + 8 * 10);
-    for (std::size_t i = 0, at = 0; i < 10; at += sizes[i++]) {
-        const Bytes piece = bytesOf(text.substr(at, sizes[i]));
-        plain.insert(plain.end(), piece.begin(), piece.end());
-        const Bytes one = pack(piece, dir.file("one.ez"));
-        const Bytes chunk(one.begin() + 14, one.end());
-        setBigEndian32(file, 6 + 4 * i, static_cast<std::uint32_t>(file.size()));
-        setBigEndian32(file, 6 + 40 + 4 * i, static_cast<std::uint32_t>(chunk.size()));
-        file.insert(file.end(), chunk.begin(), chunk.end());
-    }
-    EXPECT_EQ(readThroughDataFile(dir.write("short.ez", file)), plain);
-}
-
 TEST(ContainerDeathTest, ReadingSomethingElseEndsTheProcess) {
     ScratchDir dir;
     const std::string name = dir.write("plain.txt", std::string("not a container"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "tests/image/image_test_util.h"
 #include "tests/support/child_process.h"
@@ -40,35 +41,24 @@ TEST(EzpackTools, MisuseAndBadInputGiveMessagesAndExitCodes) {
     ScratchDir dir;
     const std::string missing = dir.file("missing"), out = dir.file("out");
     const std::string bad = dir.write("bad.ez", Bytes{'E', 'Z', 0xFF, 0xFF, 0xFF, 0xFF, 1, 2, 3});
-    const struct {
-        std::string tool;
-        std::vector<std::string> args;
-        int exitCode;
-        std::string err;
-    } cases[] = {
-        {"ezpack",
-         {},
-         2,
-         "usage: ezpack <in> <out>\n  packs file <in> into the EZ container <out>\n"},
+    const std::string usage =
+        "usage: ezpack <in> <out>\n  packs file <in> into the EZ container <out>\n";
+    const std::string notOpened =
+        "ezunpack: cannot open [" + missing + "]: No such file or directory\n";
+    const std::string damaged =
+        "\nezunpack: " + bad + ": invalid compressed data--format violated\n";
+    const std::tuple<std::string, std::vector<std::string>, int, std::string> cases[] = {
+        {"ezpack", {}, 2, usage},
         {"ezunpack",
          {missing, out},
          1,
-         "ezunpack: cannot open [" + missing +
-             "]: No such file or directory\n"
-             "ezunpack: failed to unpack [" +
-             missing + "]\n"},
-        {"ezunpack",
-         {bad, out},
-         1,
-         "\nezunpack: " + bad +
-             ": invalid compressed data--format violated\n"
-             "ezunpack: failed to unpack [" +
-             bad + "]\n"},
+         notOpened + "ezunpack: failed to unpack [" + missing + "]\n"},
+        {"ezunpack", {bad, out}, 1, damaged + "ezunpack: failed to unpack [" + bad + "]\n"},
     };
-    for (const auto& c : cases) {
-        testsupport::RunResult r = run(c.tool, c.args);
-        EXPECT_EQ(r.exitCode, c.exitCode) << c.err;
-        EXPECT_EQ(r.err, c.err);
-        EXPECT_FALSE(fileExists(out)) << c.err;
+    for (const auto& [tool, args, exitCode, err] : cases) {
+        testsupport::RunResult r = run(tool, args);
+        EXPECT_EQ(r.exitCode, exitCode) << err;
+        EXPECT_EQ(r.err, err);
+        EXPECT_FALSE(fileExists(out)) << err;
     }
 }

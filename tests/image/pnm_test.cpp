@@ -91,7 +91,6 @@ TEST(Pnm, BadFilesGiveNoImage) {
         "P6\n2147483647 2147483647\n255\n" + filler,
         "P5\n0 0\n255\n",
         "P5\n-4 4\n255\n" + filler,
-        "P5\n# only comments\n",
         "P5\n2 2\n",
         "P5 2 2 255\n" + filler,  // fields on one line
     };
@@ -99,8 +98,7 @@ TEST(Pnm, BadFilesGiveNoImage) {
         const std::string name = dir.write("bad.pnm", text), start = text.substr(0, 20);
         Image r;
         EXPECT_EQ(stderrOf([&] { r = readImage(read_pnm, name); }), "") << start;
-        EXPECT_TRUE(r.data.empty()) << start;
-        EXPECT_EQ(r.width, -1);
+        EXPECT_TRUE(r.data.empty() && r.width == -1) << start;
         int w = -1, h = -1, m = -1;
         Bytes data;
         const std::string message =

@@ -45,9 +45,9 @@ TEST(ReadImg, WholeViewportOrARectangleTopRowFirst) {
     const ImageBuffer image = readImg(GL_BACK, -1, 5, 10, 10);  // x < 0: the whole viewport
     ASSERT_EQ(std::make_tuple(image.width, image.height, image.components),
               std::make_tuple(kWidth, kHeight, 3));
-    EXPECT_EQ(pixel(image, 10, 0), "255,0,0");
-    EXPECT_EQ(pixel(image, 10, kHeight - 1), "0,0,0");
-    EXPECT_EQ(pixel(image, 0, kHeight - 1), "0,255,0");
+    EXPECT_EQ(pixel(image, 10, 0) + " " + pixel(image, 10, kHeight - 1) + " " +
+                  pixel(image, 0, kHeight - 1),
+              "255,0,0 0,0,0 0,255,0");
     const ImageBuffer corner = readImg(GL_BACK, 0, 0, 2, 2);  // the upper of two rows first
     EXPECT_EQ(corner.pixels, Bytes({0, 0, 0, 0, 0, 0, 0, 255, 0, 0, 0, 0}));
 }
