@@ -265,27 +265,6 @@ TEST_F(Constellations, UnreadableEmptyAndHeaderOnlyFiles) {
     EXPECT_EQ(list.getNumConstellations(), 0);
 }
 
-TEST_F(Constellations, MutatedFilesLoadOrFailCleanly) {
-    for (unsigned seed = 0; seed < 300; ++seed) {
-        path = dir.write("m.txt", cattest::damaged(kTwoSections, seed));
-        int result = 0;
-        const std::string message =
-            stderrOf([&] { result = list.loadConstellations(path.c_str()); });
-        ASSERT_TRUE(result == 1 || result == -1) << seed;
-        if (result == -1) {
-            EXPECT_EQ(message.rfind("Err", 0), 0u) << seed << ": " << message;
-        }
-        EXPECT_LE(list.getNumConstellations(), 8) << seed;
-        for (int c = 0; c < list.getNumConstellations(); ++c) {
-            int n = 0;
-            std::int32_t* set = list.getConstellationLineSet(c, &n);
-            for (int i = 0; i < 2 * n; ++i)
-                ASSERT_TRUE(set[i] >= 0 && set[i] < list.getNumRecords()) << seed;
-            list.releaseArray(set);
-        }
-    }
-}
-
 TEST_F(Constellations, RejectedSettingsPrintTheirMessageAndKeepTheOldValues) {
     const float good[4] = {0.1f, 0.2f, 0.7f, 0.4f}, over[4] = {0.5f, 0.6f, 1.5f, 0.8f},
                 under[4] = {-0.1f, 0, 0, 0};

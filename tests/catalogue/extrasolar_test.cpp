@@ -168,72 +168,35 @@ TEST_F(Planets, EveryCheckHasItsMessage) {
     }
 }
 
-TEST_F(Planets, ShortLinesAndUnreadableFiles) {
+TEST_F(Planets, ShortLinesUnreadableFilesOrbitScaleAndPrintedPlanets) {
     // 85 characters with seven words: the columns are not all there.
     std::string shortLine = planet(2, 2685).substr(0, 85);
-    ASSERT_EQ(shortLine.size(), 85u);
     EXPECT_EQ(
         load(planet(1, 1397) + shortLine + "\n", -1),
         "Err(StarList::loadExtrasolarPlanets): (line 2)\n\tnot enough input argument in line [" +
             shortLine + "]\n");
     EXPECT_EQ(planetsOfAllStars(), 0);
     // Long enough but six words.
-    const std::string sixWords =
-        planetLine(3, "2685", "Ups", "1.0", "2.0", "3.0", "", "   ") + "\n";
-    EXPECT_NE(load(sixWords, -1).find("not enough input argument"), std::string::npos);
-
+    EXPECT_NE(load(planetLine(3, "2685", "Ups", "1.0", "2.0", "3.0", "", "   ") + "\n", -1)
+                  .find("not enough input argument"),
+              std::string::npos);
     const std::string missing = dir.file("none.txt");
     EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.loadExtrasolarPlanets(missing.c_str()), -1); }),
               "ERR : reading [" + missing + "]\n");
-
-    load("", 1);
-    EXPECT_EQ(list.getNumPlanets(), 0);
-    // Many planets of one star.
-    std::string many;
+    std::string many;  // many planets of one star
     for (int i = 1; i <= 3000; ++i)
         many += planet(i, 1397);
     EXPECT_EQ(load(many, 1), "");
     EXPECT_EQ(byHD(1397).numPlanets, 3000);
-}
 
-TEST_F(Planets, MutatedFilesLoadOrFailCleanly) {
-    const std::string good = "# planets\n" + planet(1, 1397) + planet(2, 2685) +
-                             planetLine(3, "", "Gliese 876", "2.2", "61.1", "0.2", "0.03", " 214") +
-                             planet(4, 2685, "0.5");
-    for (unsigned seed = 0; seed < 300; ++seed) {
-        path = dir.write("m.txt", cattest::damaged(good, seed));
-        int result = 0;
-        const std::string message =
-            stderrOf([&] { result = list.loadExtrasolarPlanets(path.c_str()); });
-        ASSERT_TRUE(result == 1 || result == -1) << seed;
-        if (result == -1) {
-            EXPECT_EQ(message.rfind("Err(StarList::loadExtrasolarPlanets): (line ", 0), 0u)
-                << message;
-            EXPECT_EQ(list.getNumPlanets(), 0);
-            EXPECT_EQ(planetsOfAllStars(), 0);
-        } else {
-            EXPECT_LE(list.getNumPlanets(), 12);
-            for (int i = 0; i < list.getNumPlanets(); ++i) {
-                const ExtrasolarPlanet* p = list.getPlanet(i);
-                EXPECT_TRUE(p->eccentricity >= 0.0f && p->eccentricity < 1.0f);
-                EXPECT_GT(p->mass, 0.0f);
-            }
-        }
-    }
-}
-
-TEST_F(Planets, OrbitScaleAndPrintedPlanets) {
     EXPECT_EQ(list.setExtrasolarPlanetOrbitScale(0.0f), 1);
     EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setExtrasolarPlanetOrbitScale(-1.0f), -1); }),
               "Err (setExtrasolarPlanetOrbitScale): inExtrasolarPlanetOrbitScale should be "
               "non-negative\n");
     EXPECT_FLOAT_EQ(list.getStarParameter().extrasolarPlanetOrbitScale, 0.0f);
-
     // A planet whose host is not in the list is printed without one.
     load(planetLine(4, "77", "Far Away", "12.345", "1234.567", "2.5", "0.125", " 99.999"), 1);
-    const std::string alone =
-        cattest::stdoutOf([&] { list.printPlanetInfo(list.getPlanet(0), stdout); });
-    EXPECT_EQ(alone,
+    EXPECT_EQ(cattest::stdoutOf([&] { list.printPlanetInfo(list.getPlanet(0), stdout); }),
               "Planet 4\n"
               "mass:         12.35 of Jupiter\n"
               "semimajor R:  2.50 A.U.\n"

@@ -6,9 +6,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "catalogue/mst.h"
@@ -84,63 +86,48 @@ TEST(PrimMST, SmallAndDegenerateSets) {
     expectSameTree(parentTie, 3, "parent tie");
 }
 
-TEST(FastMST, EqualsPrimOnRandomPoints) {
+// Random sets, small integer grids (many equal distances and repeated points), a full grid
+// with point 0 inside, a lattice sphere, underflowing distances and infinite coordinates.
+TEST(FastMST, EqualsPrimOnPointSetsWithAndWithoutTies) {
     std::mt19937 rng(12345);
     std::uniform_real_distribution<double> uniform(-100.0, 100.0);
     std::normal_distribution<double> clustered(0.0, 1.0);
-    for (int trial = 0; trial < 6; ++trial) {
-        const int n = 300 + 400 * trial;
-        std::vector<double> points(3 * n);
-        for (double& c : points)
-            c = trial % 2 ? uniform(rng) : clustered(rng) * std::exp(clustered(rng));
-        expectSameTree(points, 3, "random set " + std::to_string(trial));
-    }
-    // Other dimensions take the general distance.
-    for (int k : {1, 2, 4}) {
-        std::vector<double> points(k * 500);
-        for (double& c : points)
-            c = uniform(rng);
-        expectSameTree(points, k, "dimension " + std::to_string(k));
-    }
-}
-
-TEST(FastMST, EqualsPrimOnGridsWithTiesAndRepeatedPoints) {
-    std::mt19937 rng(777);
-    for (int trial = 0; trial < 8; ++trial) {
-        const int side = 3 + trial;  // small grids: many equal distances and repeats
-        const int n = 50 + 150 * trial;
+    auto points = [](int n, const std::function<double()>& coordinate) {
+        std::vector<double> out(n);
+        for (double& c : out)
+            c = coordinate();
+        return out;
+    };
+    for (int trial = 0; trial < 4; ++trial)
+        expectSameTree(points(3 * (300 + 600 * trial),
+                              [&] {
+                                  return trial % 2 ? uniform(rng)
+                                                   : clustered(rng) * std::exp(clustered(rng));
+                              }),
+                       3, "random set " + std::to_string(trial));
+    for (int k : {1, 2, 4})
+        expectSameTree(points(k * 500, [&] { return uniform(rng); }), k,
+                       "dimension " + std::to_string(k));
+    for (int side = 3; side < 9; ++side) {
         std::uniform_int_distribution<int> cell(0, side - 1);
-        std::vector<double> points(3 * n);
-        for (double& c : points)
-            c = cell(rng);
-        expectSameTree(points, 3, "grid " + std::to_string(side));
+        expectSameTree(points(3 * (150 * side - 400), [&] { return double(cell(rng)); }), 3,
+                       "grid " + std::to_string(side));
     }
-    // A full grid, every point with six neighbours at the same distance; point 0 inside it.
-    std::vector<double> grid;
-    grid.insert(grid.end(), {4, 4, 4});
-    for (int x = 0; x < 9; ++x)
-        for (int y = 0; y < 9; ++y)
-            for (int z = 0; z < 9; ++z)
-                grid.insert(grid.end(), {double(x), double(y), double(z)});
-    expectSameTree(grid, 3, "full grid");
-    // Points on a lattice sphere around a centre: many equal distances to one point.
-    std::vector<double> sphere = {0, 0, 0, 0.5, 0, 0};
-    for (int x = -5; x <= 5; ++x)
-        for (int y = -5; y <= 5; ++y)
-            for (int z = -5; z <= 5; ++z)
+    std::vector<double> grid = {4, 4, 4}, sphere = {0, 0, 0, 0.5, 0, 0}, tiny;
+    for (int x = -5; x < 9; ++x)
+        for (int y = -5; y < 9; ++y)
+            for (int z = -5; z < 9; ++z) {
+                if (x >= 0 && y >= 0 && z >= 0)
+                    grid.insert(grid.end(), {double(x), double(y), double(z)});
                 if (x * x + y * y + z * z == 25)
                     sphere.insert(sphere.end(), {double(x), double(y), double(z)});
-    expectSameTree(sphere, 3, "lattice sphere");
-}
-
-TEST(FastMST, UnusualCoordinatesStillGivePrimsTree) {
-    // Distinct points whose squared distances underflow to zero, and infinite coordinates.
-    std::vector<double> tiny;
+            }
     for (int i = 0; i < 40; ++i)
         tiny.insert(tiny.end(), {i * 1e-170, (i % 7) * 1e-170, 1.0});
+    expectSameTree(grid, 3, "full grid");
+    expectSameTree(sphere, 3, "lattice sphere");
     expectSameTree(tiny, 3, "underflowing distances");
-    std::vector<double> infinite = {0, 0, 0, 1, 2, 3, HUGE_VAL, 0, 0, 4, 4, 4, -HUGE_VAL, 1, 1};
-    expectSameTree(infinite, 3, "infinite coordinates");
+    expectSameTree({0, 0, 0, 1, 2, 3, HUGE_VAL, 0, 0, 4, 4, 4, -HUGE_VAL, 1, 1}, 3, "infinite");
 }
 
 // The positions buildMST uses: current positions in units of 10^15 metres.
@@ -216,55 +203,31 @@ TEST(StarListMST, BuildSaveLoadAndThePointCount) {
 
 TEST(MSTFile, BadFilesAreReportedAndLeaveNoTree) {
     ScratchDir dir;
+    const std::string f = dir.file("t.mst"), missing = dir.file("missing.mst");
+    const std::pair<std::string, std::string> cases[] = {
+        {treeFile(10, 8), "not enough edges in [" + f + "] (8/9 edges read).\n"},
+        {treeFile(10, 9, 2, 12),
+         "there is a vertex [12] in [" + f + "], which out of range [0,9]\n"},
+        // A huge count in a short file reads what is there and reports it.
+        {"MST-FILE 2000000000 points\n1 0\n2 1\n",
+         "not enough edges in [" + f + "] (2/1999999999 edges read).\n"},
+        {"", ""},
+        {"MST-FILE lots points\n", ""},
+        {"MST-FILE 0 points\n", ""},
+    };
     int n = -1;
-    const std::string shortFile = dir.write("short.mst", treeFile(10, 8));
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(shortFile.c_str(), &n), nullptr); }),
-              "Err (load_MST): not enough edges in [" + shortFile + "] (8/9 edges read).\n");
-
-    const std::string badVertex = dir.write("vertex.mst", treeFile(10, 9, 2, 12));
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(badVertex.c_str(), &n), nullptr); }),
-              "Err (load_MST): there is a vertex [12] in [" + badVertex +
-                  "], which out of range [0,9]\n");
-
-    const std::string missing = dir.file("missing.mst");
+    for (const auto& c : cases) {
+        dir.write("t.mst", c.first);
+        const std::string message = stderrOf([&] { EXPECT_EQ(load_MST(f.c_str(), &n), nullptr); });
+        EXPECT_EQ(message.rfind("Err (load_MST): " + c.second, 0), 0u) << message;
+    }
     EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(missing.c_str(), &n), nullptr); }),
               "Err (load_MST): opening file [" + missing + "].\n");
-
-    // A huge count in a short file reads what is there and reports it.
-    const std::string huge = dir.write("huge.mst", "MST-FILE 2000000000 points\n1 0\n2 1\n");
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(load_MST(huge.c_str(), &n), nullptr); }),
-              "Err (load_MST): not enough edges in [" + huge + "] (2/1999999999 edges read).\n");
-
-    for (const std::string& content : {std::string(), std::string("MST-FILE lots points\n"),
-                                       std::string("MST-FILE 0 points\n")}) {
-        const std::string path = dir.write("garbage.mst", content);
-        const std::string message =
-            stderrOf([&] { EXPECT_EQ(load_MST(path.c_str(), &n), nullptr); });
-        EXPECT_EQ(message.rfind("Err (load_MST): ", 0), 0u) << message;
-    }
     // The identifier is not checked.
     const std::string other = dir.write("other.mst", "TREE 3 points\n1 0\n2 0\n");
     Tree tree(load_MST(other.c_str(), &n));
     EXPECT_NE(tree, nullptr);
     EXPECT_EQ(n, 3);
-}
-
-TEST(MSTFile, MutatedFilesLoadOrFailCleanly) {
-    ScratchDir dir;
-    for (unsigned seed = 0; seed < 300; ++seed) {
-        const std::string path = dir.write("m.mst", cattest::damaged(treeFile(12, 11), seed));
-        int n = -1;
-        std::int32_t* tree = nullptr;
-        const std::string message = stderrOf([&] { tree = load_MST(path.c_str(), &n); });
-        if (tree == nullptr) {
-            EXPECT_EQ(message.rfind("Err (load_MST): ", 0), 0u) << message;
-            continue;
-        }
-        EXPECT_GE(n, 1);
-        for (int i = 0; i < 2 * (n - 1); ++i)
-            EXPECT_TRUE(tree[i] >= 0 && tree[i] < n);
-        releaseMSTArray(tree);
-    }
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
+#include <utility>
 
 #include "catalogue/star_list.h"
 #include "tests/catalogue/catalogue_test_util.h"
@@ -32,11 +34,8 @@ TEST(SpectralSelection, AClassRangeHidesOnlyThatClassOutsideIt) {
                        "5 0 0 0 0 0 0 0 0 0 0.0 1 1 1 1 1 DA 5 V 5\n",
                        1);
     ASSERT_EQ(list.setSptypeRangeOn(4, 0.0f, 4.0f), 1);
-    EXPECT_TRUE(list.passesSptypeSelection(cattest::byHD(list, 1)));
-    EXPECT_FALSE(list.passesSptypeSelection(cattest::byHD(list, 2)));
-    EXPECT_TRUE(list.passesSptypeSelection(cattest::byHD(list, 3)));
-    EXPECT_TRUE(list.passesSptypeSelection(cattest::byHD(list, 4)));
-    EXPECT_TRUE(list.passesSptypeSelection(cattest::byHD(list, 5)));
+    for (int hd = 1; hd <= 5; ++hd)
+        EXPECT_EQ(list.passesSptypeSelection(cattest::byHD(list, hd)), hd != 2) << hd;
     // A class letter outside O B A F G K M belongs to "Other".
     ASSERT_EQ(list.setSptypeRangeOn(7, 0.0f, 1.0f), 1);
     EXPECT_FALSE(list.passesSptypeSelection(cattest::byHD(list, 5)));
@@ -52,23 +51,27 @@ TEST(SpectralSelection, AClassRangeHidesOnlyThatClassOutsideIt) {
 
 TEST(Selections, SettersRejectReversedRangesAndBoundsAreInclusive) {
     StarList list;
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setSptypeRangeOn(8, 0, 1), -1); }),
-              "Err(setSptypeRangeOn) : sptype out of range\n\n");
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setSptypeRangeOff(-1), -1); }),
-              "Err(setSptypeRangeOn) : sptype out of range\n\n");
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setSptypeRangeOn(2, 3, 1), -1); }),
-              "Err(setSptypeRangeOn) : rangeMin should be <= rangeMax\n\n");
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setZRangeOn(20, 10), -1); }),
-              "Err(setZRangeOn) : inMinZ > inMaxZ\n\n");
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setVMagRangeOn(5, 1), -1); }),
-              "Err(setVMagRangeOn) : inMinVMag > inMaxVMag\n\n");
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setAbsMagRangeOn(5, 1), -1); }),
-              "Err(setAbsMagRangeOn) : inMinAbsMag > inMaxAbsMag\n\n");
+    const std::pair<std::function<int()>, std::string> rejected[] = {
+        {[&] { return list.setSptypeRangeOn(8, 0, 1); },
+         "Err(setSptypeRangeOn) : sptype out of range\n\n"},
+        {[&] { return list.setSptypeRangeOff(-1); },
+         "Err(setSptypeRangeOn) : sptype out of range\n\n"},
+        {[&] { return list.setSptypeRangeOn(2, 3, 1); },
+         "Err(setSptypeRangeOn) : rangeMin should be <= rangeMax\n\n"},
+        {[&] { return list.setZRangeOn(20, 10); }, "Err(setZRangeOn) : inMinZ > inMaxZ\n\n"},
+        {[&] { return list.setVMagRangeOn(5, 1); },
+         "Err(setVMagRangeOn) : inMinVMag > inMaxVMag\n\n"},
+        {[&] { return list.setAbsMagRangeOn(5, 1); },
+         "Err(setAbsMagRangeOn) : inMinAbsMag > inMaxAbsMag\n\n"},
+        {[&] { return list.setLSR(nullptr); }, "Err (setLSR)  : inLSR input is NULL.\n\n"},
+    };
+    for (const auto& c : rejected) {
+        int result = 0;
+        EXPECT_EQ(stderrOf([&] { result = c.first(); }), c.second);
+        EXPECT_EQ(result, -1);
+    }
     EXPECT_EQ(list.getStarParameter().zRangeOn, 0);
     EXPECT_EQ(list.getStarParameter().sptypeOn, 0);
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.setLSR(nullptr), -1); }),
-              "Err (setLSR)  : inLSR input is NULL.\n\n");
-    // Magnitude bounds are inclusive.
     StarObj s = makeEmptyStarObj();
     s.homeMag = 5.0f;
     list.setAbsMagRangeOn(4.0, 5.0);
@@ -80,37 +83,31 @@ TEST(Selections, SettersRejectReversedRangesAndBoundsAreInclusive) {
     EXPECT_FALSE(list.passesVMagSelection(2.1f));
 }
 
+// The index range of a distance shell, also after motion has put the stars out of order.
 TEST(DistanceSelection, IndicesBoundTheStarsInsideTheShell) {
     ScratchDir dir;
     StarList list;
-    cattest::loadStars(list, dir, 4, "1 0 0\n10 0 0\n100 0 0\n1000 0 0\n", 1);
     const double pc = 16.4894f;
+    cattest::loadStars(list, dir, 4, "1 0 0\n10 0 0\n100 0 0\n1000 0 0\n", 1);
     ASSERT_EQ(list.setZRangeOn(pc + 0.5, pc + 2.5), 1);
     int first = 0, last = 0;
     list.getStarRange(&first, &last);
     EXPECT_EQ(first, 2);  // the Sun is record 0, 1 pc is record 1
     EXPECT_EQ(last, 3);
-    EXPECT_EQ(list.findZRangeIndex(pc + 0.5), 2);
-    // A near bound beyond every star leaves nothing.
-    ASSERT_EQ(list.setZRangeOn(pc + 5, pc + 6), 1);
+    ASSERT_EQ(list.setZRangeOn(pc + 5, pc + 6), 1);  // beyond every star
     list.getStarRange(&first, &last);
     EXPECT_GT(first, last);
     ASSERT_EQ(list.setZRangeOff(), 1);
     list.getStarRange(&first, &last);
     EXPECT_EQ(first, 0);
     EXPECT_EQ(last, 4);
-}
 
-TEST(DistanceSelection, StarsMovedOutOfOrderStayInsideTheRange) {
-    ScratchDir dir;
-    StarList list;
-    // The near star runs away fast; after a long time it is the farthest.
+    // The near star runs away fast; 20 years on it is about 6 pc further out.
     cattest::loadStars(list, dir, 3, "1 0 0 0 300000 0 0\n2 0 0\n3 0 0\n", 1);
-    const double pc = 16.4894f;
     ASSERT_EQ(list.setZRangeOn(pc + std::log10(1.5), pc + std::log10(2.5)), 1);
-    ASSERT_EQ(list.setStarAtYear(1991 + 20), 1);  // about 6 pc further out
-    int first = 0, last = 0;
+    ASSERT_EQ(list.setStarAtYear(1991 + 20), 1);
     list.getStarRange(&first, &last);
+    EXPECT_LE(first, last);
     for (int i = 0; i < list.getNumRecords(); ++i) {
         const double w = list.getStarArray()[i].pos.w;
         if (w >= pc + std::log10(1.5) && w < pc + std::log10(2.5)) {
@@ -118,7 +115,6 @@ TEST(DistanceSelection, StarsMovedOutOfOrderStayInsideTheRange) {
             EXPECT_LE(i, last);
         }
     }
-    EXPECT_LE(first, last);
 }
 
 TEST(StarMotion, AThousandYearsAtAHundredKmPerSecondMovesAbout0p1Parsec) {
@@ -152,8 +148,6 @@ TEST(StarMotion, AStarMovingWithTheLocalStandardOfRestStaysPut) {
     EXPECT_LT(separationParsec(before, still->pos), 1e-9);
     // The Sun never moves, whatever the local standard of rest.
     EXPECT_EQ(list.getStarArray()[0].pos, sunBefore);
-    ASSERT_EQ(list.setDatasetAtYear(-50000), 1);
-    EXPECT_EQ(list.getDatasetAtYear(), -50000);
 }
 
 TEST(StarMotion, AverageVelocitySkipsTheSunAndHonoursTheFilters) {
@@ -171,9 +165,6 @@ TEST(StarMotion, AverageVelocitySkipsTheSunAndHonoursTheFilters) {
     list.setSptypeRangeOn(5, 0.0f, 5.0f);
     EXPECT_EQ(list.getAverageVelocity(0, 0, 1, mean), 2);
     EXPECT_DOUBLE_EQ(mean[0], 15.0);
-    list.setZRangeOn(16.4894f + 0.2, 16.4894f + 0.4);  // the 2 pc star only
-    list.getAverageVelocity(0, 1, 0, mean);
-    EXPECT_DOUBLE_EQ(mean[0], 20.0);
     list.setZRangeOn(30, 31);
     EXPECT_EQ(list.getAverageVelocity(0, 1, 0, mean), 0);
     EXPECT_DOUBLE_EQ(mean[0], 0.0);

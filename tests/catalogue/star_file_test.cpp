@@ -77,11 +77,6 @@ TEST(StarFile, AcceptsEveryAllowedFieldCountAndFillsTheMissingFields) {
         EXPECT_EQ(s.hic, n >= 21 ? 5678 : 0);
         EXPECT_STREQ(s.commonName, n >= 22 ? "Alpha Centauri A" : "---");
     }
-    // Luminosity 1 (absolute magnitude 0) at 10 pc: magnitude 0 seen from the Sun.
-    StarList list;
-    ASSERT_EQ(
-        readInto(list, dir.write("s.star", starFile(1, "10 0 0 0 0 0 0 0 0 0 0.6 1\n"))).status, 1);
-    EXPECT_NEAR(list.getStarArray()[0].homeMag, 0.0f, 1e-4);
 }
 
 TEST(StarFile, EachBadDataLineHasItsMessageInLineOrder) {
