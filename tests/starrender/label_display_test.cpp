@@ -81,11 +81,19 @@ TEST_F(DrawnLabels, CubeAndTextOfAStar) {
     glGetFloatv(GL_CURRENT_COLOR, colour);
     EXPECT_FLOAT_EQ(colour[1], 0.8f);
 
-    // Mode 0 (empty text) draws neither cube nor text; an unknown mode draws nothing.
+    // Mode 0 (empty text) draws neither cube nor text; an unknown mode draws nothing; a star
+    // 10^4 units away gets no error bar.
     glClear(GL_COLOR_BUFFER_BIT);
+    const StarObj far = byHD(402);
     list.drawLabelOfStar(&near, kParsec, 0, 0);
     list.drawLabelOfStar(&near, kParsec, 7, 1);
+    list.drawLabelOfStar(&far, kParsec, 0, 1);
     EXPECT_EQ(Shot().count(0, 0, 199, 199, lit), 0);
+    // Seen from the eye a bar lies along the line of sight: its red end points sit on the star.
+    list.drawLabelOfStar(&near, kParsec, 0, 1);
+    Shot bar;
+    EXPECT_GT(bar.count(97, 97, 103, 103, red), 4);
+    EXPECT_EQ(bar.count(0, 0, 199, 90, lit), 0);
 }
 
 TEST_F(DrawnLabels, MarkerRecordsGetAnAxisCross) {
@@ -104,18 +112,6 @@ TEST_F(DrawnLabels, MarkerRecordsGetAnAxisCross) {
               "Err (drawLabelOfStar): NULL input parameter\n");
     EXPECT_EQ(cattest::stderrOf([&] { list.drawLabelOfStar(99, kParsec, 1, 0); }),
               "Err (drawLabelOfStar): starID out of range\n");
-}
-
-TEST_F(DrawnLabels, ErrorBarOfOneStar) {
-    // Seen from the eye the bar lies along the line of sight: its red end points sit on the
-    // star. A star 10^4 units away gets none.
-    const StarObj near = byHD(401), far = byHD(402);
-    list.drawLabelOfStar(&far, kParsec, 0, 1);
-    EXPECT_EQ(Shot().count(0, 0, 199, 199, lit), 0);
-    list.drawLabelOfStar(&near, kParsec, 0, 1);
-    Shot shot;
-    EXPECT_GT(shot.count(97, 97, 103, 103, red), 4);
-    EXPECT_EQ(shot.count(0, 0, 199, 90, lit), 0);
 }
 
 TEST_F(DrawnLabels, ErrorBarsOfAllStarsFromTheSun) {

@@ -24,13 +24,11 @@ StarObj named(const char* name, int hd, const char* constellation, const char* c
 TEST(StarLabel, TextsByMode) {
     const StarObj sirius = named("Sirius", 48915, "Canis Major", "CMa");
     const StarObj lone = named("Lone", 7, "---", "---");
-    const StarObj unset = named("Unset", 8, "", "");
     EXPECT_EQ(starLabelText(sirius, 0), "");
     EXPECT_EQ(starLabelText(sirius, 1), " Sirius (Canis Major CMa)");
     EXPECT_EQ(starLabelText(sirius, 2), " HD48915 (Canis Major CMa)");
     EXPECT_EQ(starLabelText(lone, 1), " Lone");
     EXPECT_EQ(starLabelText(lone, 2), " HD7");
-    EXPECT_EQ(starLabelText(unset, 2), " HD8");
     EXPECT_FALSE(starLabelText(sirius, 3).has_value());
     EXPECT_FALSE(starLabelText(sirius, -1).has_value());
 }

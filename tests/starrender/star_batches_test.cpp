@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -35,17 +36,13 @@ class RecordingSink : public StarDrawSink {
 
     void beginPoints(float size) override {
         EXPECT_LT(openSize, 0.0f) << "batch begun inside a batch";
-        openSize = size;
-        add(Event::kBegin, size, nullptr);
+        add(Event::kBegin, openSize = size, nullptr);
     }
     void point(const double v[3], const float rgba[4]) override {
         EXPECT_GE(openSize, 0.0f) << "point outside a batch";
         std::copy(rgba, rgba + 4, add(Event::kPoint, openSize, v).rgba);
     }
-    void endPoints() override {
-        openSize = -1.0f;
-        add(Event::kEnd, 0, nullptr);
-    }
+    void endPoints() override { add(Event::kEnd, openSize = -1.0f, nullptr); }
     void sprite(const StarSprite& s) override { add(Event::kSprite, 0, nullptr).sprite = s; }
     void namedPoint(int name, float size, const double* v) override {
         add(Event::kNamed, size, v).name = name;
@@ -54,39 +51,45 @@ class RecordingSink : public StarDrawSink {
     std::vector<Event> points() const { return of(Event::kPoint); }
     std::vector<Event> of(Event::Kind kind) const {
         std::vector<Event> out;
-        for (const Event& e : events)
-            if (e.kind == kind) out.push_back(e);
+        std::copy_if(events.begin(), events.end(), std::back_inserter(out),
+                     [kind](const Event& e) { return e.kind == kind; });
         return out;
     }
 
   private:
     Event& add(Event::Kind kind, float size, const double* v) {
-        Event e{kind};
-        e.size = size;
-        if (v) std::copy(v, v + 3, e.v);
-        events.push_back(e);
+        events.push_back(Event{kind, size});
+        if (v) std::copy(v, v + 3, events.back().v);
         return events.back();
     }
 };
-
-using cattest::loadStars;
 
 // Magnitude 4.6918 is 0.25 degrees in table A: at rpp = 0.25 deg / 1.3 it falls in bucket 3
 // (point size 1.5) with alpha 200/255.
 constexpr float kMidMag = 4.6918f;
 const double kMidRpp = 0.25 * kDegree / 1.3;
 
-}  // namespace
-
-TEST(StarBatches, OnlyVisibleStarsInFrontAreDrawnWithTheirBucketAndAlpha) {
+class StarBatches : public ::testing::Test {
+  protected:
+    void load(int n, const std::string& lines, int includeSun = 0) {
+        cattest::loadStars(list, dir, n, lines, includeSun);
+    }
+    RecordingSink draw(int flags, const Vec3& eye = Vec3{0, 0, 0}) {
+        RecordingSink sink;
+        list.drawStarsInto(frameAt(eye, kMidRpp), flags, sink);
+        return sink;
+    }
     cattest::ScratchDir dir;
     StarList list;
+};
+
+}  // namespace
+
+TEST_F(StarBatches, OnlyVisibleStarsInFrontAreDrawnWithTheirBucketAndAlpha) {
     // Straight ahead, too faint, behind the eye.
-    loadStars(
-        list, dir, 3,
-        starAt(0, 0, -10, kMidMag, 1) + starAt(1, 0, -10, 10.2f, 2) + starAt(0, 0, 10, 2.0f, 3));
-    RecordingSink sink;
-    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile | kStarDepthWrite, sink);
+    load(3,
+         starAt(0, 0, -10, kMidMag, 1) + starAt(1, 0, -10, 10.2f, 2) + starAt(0, 0, 10, 2.0f, 3));
+    RecordingSink sink = draw(kStarColorFile | kStarDepthWrite);
     std::vector<Event> pts = sink.points();
     ASSERT_EQ(pts.size(), 1u);
     EXPECT_FLOAT_EQ(pts[0].size, 1.5f);
@@ -98,27 +101,21 @@ TEST(StarBatches, OnlyVisibleStarsInFrontAreDrawnWithTheirBucketAndAlpha) {
     EXPECT_EQ(sink.of(Event::kBegin).size(), sink.of(Event::kEnd).size());
 
     ASSERT_EQ(list.setStarTextureScale(0.0), 1);
-    RecordingSink none;
-    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, none);
+    RecordingSink none = draw(kStarColorFile);
     EXPECT_TRUE(none.events.empty());
     // The Sun is not drawn as a star, even from outside the solar system looking back.
-    StarList withSun;
-    loadStars(withSun, dir, 1, starAt(0, 0, -10, kMidMag, 1), 1);
-    RecordingSink back;
-    withSun.drawStarsInto(frameAt(Vec3{0, 0, 1}, kMidRpp), kStarColorFile, back);
+    ASSERT_EQ(list.setStarTextureScale(1.0), 1);
+    load(1, starAt(0, 0, -10, kMidMag, 1), 1);
+    RecordingSink back = draw(kStarColorFile, Vec3{0, 0, 1});
     ASSERT_EQ(back.points().size(), 1u);
     EXPECT_NEAR(back.points()[0].v[2], -11.0, 1e-6);
 }
 
-TEST(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
-    cattest::ScratchDir dir;
-    StarList list;
-    loadStars(
-        list, dir, 3,
-        starAt(0, 0, -10, 12.0f, 1) + starAt(0, 0, 10, 2.0f, 2) + starAt(0, 1, -20, kMidMag, 3), 1);
+TEST_F(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
+    load(3, starAt(0, 0, -10, 12.0f, 1) + starAt(0, 0, 10, 2.0f, 2) + starAt(0, 1, -20, kMidMag, 3),
+         1);
     list.setPickMode(1);
-    RecordingSink sink;
-    list.drawStarsInto(frameAt(Vec3{0, 0, 0.5}, kMidRpp), 0, sink);
+    RecordingSink sink = draw(0, Vec3{0, 0, 0.5});
     list.setPickMode(0);
     std::vector<Event> named = sink.of(Event::kNamed);
     ASSERT_EQ(named.size(), 3u);  // the Sun, the faint star and the mid star; not the one behind
@@ -135,17 +132,14 @@ TEST(StarBatches, PickModeNamesEveryStarInFrontFaintOnesAsHalfPixelPoints) {
     EXPECT_EQ(named.back().name, 0);
 }
 
-TEST(StarBatches, AFullBucketIsFlushedAndLaterStarsOfItsSizeGoStraightIntoTheOpenBatch) {
-    cattest::ScratchDir dir;
-    StarList list;
+TEST_F(StarBatches, AFullBucketIsFlushedAndLaterStarsOfItsSizeGoStraightIntoTheOpenBatch) {
     std::string lines;
     const int n = 40;  // bucket capacity is 16 (40 / 20 is below the minimum)
     for (int i = 0; i < n; ++i)
         lines += starAt(0.01 * i, 0, -10, kMidMag, i + 1);
-    loadStars(list, dir, n, lines);
+    load(n, lines);
     ASSERT_EQ(list.getBucketCapacity(), 16);
-    RecordingSink sink;
-    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    RecordingSink sink = draw(kStarColorFile);
     std::vector<Event>& ev = sink.events;
     // begin(1.0) with nothing, then the 17th star flushes: end, begin(1.5), 17 points, and
     // the remaining 23 stars are drawn in that batch at once; nothing is left at the end.
@@ -165,18 +159,15 @@ TEST(StarBatches, AFullBucketIsFlushedAndLaterStarsOfItsSizeGoStraightIntoTheOpe
     EXPECT_GT(ev[3].v[0], ev[4].v[0]);
 }
 
-TEST(StarBatches, StoredBucketsAreDrawnAtTheEndOneBatchPerSize) {
-    cattest::ScratchDir dir;
-    StarList list;
+TEST_F(StarBatches, StoredBucketsAreDrawnAtTheEndOneBatchPerSize) {
     // Two sizes: bucket 3 (1.5 px) and a brighter one, three stars each.
     std::string lines;
     for (int i = 0; i < 3; ++i)
         lines += starAt(0.1 * i, 0, -10, kMidMag, i + 1);
     for (int i = 0; i < 3; ++i)
         lines += starAt(0.1 * i, 1, -10, 2.0f, i + 11);
-    loadStars(list, dir, 6, lines);
-    RecordingSink sink;
-    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    load(6, lines);
+    RecordingSink sink = draw(kStarColorFile);
     std::vector<float> sizes;
     for (const Event& e : sink.of(Event::kBegin))
         sizes.push_back(e.size);
@@ -187,12 +178,9 @@ TEST(StarBatches, StoredBucketsAreDrawnAtTheEndOneBatchPerSize) {
     EXPECT_EQ(sink.points().size(), 6u);
 }
 
-TEST(StarBatches, FarStarsAreDepthCompressed) {
-    cattest::ScratchDir dir;
-    StarList list;
-    loadStars(list, dir, 2, starAt(0, 0, -1e6, -20.0f, 1) + starAt(0, 0, -1000, 0.0f, 2));
-    RecordingSink sink;
-    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
+TEST_F(StarBatches, FarStarsAreDepthCompressed) {
+    load(2, starAt(0, 0, -1e6, -20.0f, 1) + starAt(0, 0, -1000, 0.0f, 2));
+    RecordingSink sink = draw(kStarColorFile);
     ASSERT_EQ(sink.points().size(), 2u);
     std::vector<double> depths;
     for (const Event& e : sink.points())
@@ -202,29 +190,23 @@ TEST(StarBatches, FarStarsAreDepthCompressed) {
     EXPECT_NEAR(depths[1], std::pow(10.0, (6.0 - 3.5) / 72.0 + 3.5), 1e-3);  // compressed
 }
 
-TEST(StarBatches, VMagnitudeSelectionUsesTheMagnitudeFromTheEye) {
-    cattest::ScratchDir dir;
-    StarList list;
-    loadStars(list, dir, 2, starAt(0, 0, -10, 3.0f, 1) + starAt(0, 0.5, -10, 6.0f, 2));
+TEST_F(StarBatches, VMagnitudeSelectionUsesTheMagnitudeFromTheEye) {
+    load(2, starAt(0, 0, -10, 3.0f, 1) + starAt(0, 0.5, -10, 6.0f, 2));
     ASSERT_EQ(list.setVMagRangeOn(2.0, 5.0), 1);
-    RecordingSink sink;
-    list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), kStarColorFile, sink);
+    RecordingSink sink = draw(kStarColorFile);
     ASSERT_EQ(sink.points().size(), 1u);
     EXPECT_NEAR(sink.points()[0].v[1], 0.0, 1e-9);
     // Moving the eye 5 parsecs closer brightens the second star by 1.5 magnitudes.
-    RecordingSink closer;
-    list.drawStarsInto(frameAt(Vec3{0, 0, -5}, kMidRpp), kStarColorFile, closer);
+    RecordingSink closer = draw(kStarColorFile, Vec3{0, 0, -5});
     ASSERT_EQ(closer.points().size(), 1u);
     EXPECT_NEAR(closer.points()[0].v[1], 0.5, 1e-9);
     EXPECT_NEAR(list.getStarArray()[1].appMag,
                 6.0 - 5 * std::log10(std::sqrt(100.25) / std::sqrt(25.25)), 1e-4);
 }
 
-TEST(StarBatches, ColourSourcesExposureAndIntensity) {
-    cattest::ScratchDir dir;
-    StarList list;
-    loadStars(list, dir, 1,
-              "0 0 -10 0 0 0 0 0 0 0 0.6 0.3 0.5 0.25 1 1 G 2 V 1\n");  // (0.5, 0.25, 1)
+TEST_F(StarBatches, ColourSourcesExposureAndIntensity) {
+    load(1,
+         "0 0 -10 0 0 0 0 0 0 0 0.6 0.3 0.5 0.25 1 1 G 2 V 1\n");  // (0.5, 0.25, 1)
     struct Case {
         int flags;
         float exposure, tune, red, green;
@@ -240,22 +222,17 @@ TEST(StarBatches, ColourSourcesExposureAndIntensity) {
     for (const Case& c : cases) {
         ASSERT_EQ(list.setExposure(c.exposure), 1);
         ASSERT_EQ(list.setTuneIntensity(c.tune), 1);
-        RecordingSink sink;
-        list.drawStarsInto(frameAt(Vec3{0, 0, 0}, kMidRpp), c.flags, sink);
+        RecordingSink sink = draw(c.flags);
         ASSERT_EQ(sink.points().size(), 1u);
         EXPECT_FLOAT_EQ(sink.points()[0].rgba[0], c.red) << c.flags << " " << c.exposure;
         EXPECT_FLOAT_EQ(sink.points()[0].rgba[1], c.green) << c.flags << " " << c.exposure;
     }
 }
 
-TEST(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
-    cattest::ScratchDir dir;
-    StarList list;
-    loadStars(list, dir, 2, starAt(0, 1, -10, kMidMag, 1) + starAt(0, 0, -10, -10.0f, 2));
+TEST_F(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
+    load(2, starAt(0, 1, -10, kMidMag, 1) + starAt(0, 0, -10, -10.0f, 2));
     ASSERT_EQ(list.setStarTextureGauss(0.2f, 1.0f), 1);
-    RecordingSink sink;
-    const StarFrame frame = frameAt(Vec3{0, 0, 0}, kMidRpp);
-    list.drawStarsInto(frame, kStarColorFile | kStarTextured, sink);
+    RecordingSink sink = draw(kStarColorFile | kStarTextured);
     std::vector<Event> sprites = sink.of(Event::kSprite);
     ASSERT_EQ(sprites.size(), 1u);
     EXPECT_EQ(list.getStarArray()[sprites[0].sprite.starIndex].hd, 2);
@@ -278,8 +255,7 @@ TEST(StarBatches, TexturedModeDrawsLargeStarsAsSpritesAndTheRestAsPoints) {
     EXPECT_EQ(s.texMin, 0.0f);
     // pxsizeTex above every bucket: no sprites at all.
     ASSERT_EQ(list.setPXsizeTex(64), 1);
-    RecordingSink points;
-    list.drawStarsInto(frame, kStarColorFile | kStarTextured, points);
+    RecordingSink points = draw(kStarColorFile | kStarTextured);
     EXPECT_TRUE(points.of(Event::kSprite).empty());
     EXPECT_EQ(points.points().size(), 2u);
 }
