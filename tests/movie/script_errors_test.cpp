@@ -86,7 +86,6 @@ TEST(ScriptErrors, EveryMessageWithItsLineNumber) {
         {kPre + "\n# size\nsize : 640 x 480\n", 5, "missing identifier [resolution]\n\n"},
         {kPre + "resolution = 640 x 480\n", 3,
          "format should be [resolution : <winW> x <winH>]\n\n"},
-        {kPre + "resolution : 640x480\n", 3, "format should be [resolution : <winW> x <winH>]\n\n"},
         {kPre + "resolution : 0 x -99999999999\n", 3,
          "Non-positive window sizes [0 x -2147483647]\n\n"},
         {kPre + "resolution : 99999999999 x 480\n", 3,
@@ -198,8 +197,7 @@ TEST(ScriptErrors, EveryMessageWithItsLineNumber) {
     }
     MovieRecord missing;
     LoadResult res = loadFile(missing, "/nonexistent/none.scp");
-    EXPECT_EQ(res.err, "Err : Can't open [/nonexistent/none.scp]\n");
-    EXPECT_EQ(res.rc, -1);
+    EXPECT_TRUE(res.err == "Err : Can't open [/nonexistent/none.scp]\n" && res.rc == -1) << res.err;
 }
 
 TEST(ScriptErrors, LimitsThemselvesLoad) {
@@ -208,8 +206,7 @@ TEST(ScriptErrors, LimitsThemselvesLoad) {
     LoadResult res = loadText(
         r, head(1) + defines(1024) + "define n5 2\n# " + std::string(509, 'x') + "\n" + kOneKey);
     EXPECT_EQ(res.rc, 1) << res.err;
-    EXPECT_EQ(r.definitions().count(), 1024);
-    EXPECT_EQ(r.definitions().value(5), 2.0);
+    EXPECT_TRUE(r.definitions().count() == 1024 && r.definitions().value(5) == 2.0);
     MovieRecord full;
     res = loadText(full, sessionChain(257));
     EXPECT_EQ(res.rc, 1) << res.err;
