@@ -240,19 +240,12 @@ TEST(EarthDrawing, TheGlobeIsLeftOutWhenUnderTwoPixelsAcross) {
         drawEarth(kEarthAt, kSunAt, kJ2000Gmt, EarthModels{globe, globe, globe}, OrrerySettings(),
                   currLogScale);
         const int n = glRenderMode(GL_RENDER);
-        std::pair<int, int> polygonsAndLines{0, 0};
-        for (int i = 0; i < n;) {
-            const int token = static_cast<int>(buffer[i]);
-            const bool polygon = token == GL_POLYGON_TOKEN,
-                       line = token == GL_LINE_TOKEN || token == GL_LINE_RESET_TOKEN;
-            polygonsAndLines.first += polygon;
-            polygonsAndLines.second += line;
-            // Points, bitmaps and pixels take 4 values; a pass-through 2.
-            i += polygon ? 2 + 3 * static_cast<int>(buffer[i + 1])
-                 : line  ? 7
-                         : (token == GL_PASS_THROUGH_TOKEN ? 2 : 4);
-        }
-        return polygonsAndLines;
+        // Window coordinates stay far below the token values, so tokens can simply be counted.
+        auto count = [&](GLenum token) {
+            return std::count(&buffer[0], &buffer[n], GLfloat(token));
+        };
+        return std::pair<int, int>(count(GL_POLYGON_TOKEN),
+                                   count(GL_LINE_TOKEN) + count(GL_LINE_RESET_TOKEN));
     };
     // 4.4 units across 256 pixels: the globe's radius is 74 pixels at log scale 7, 7.4 at 8
     // and 0.74 at 9.
