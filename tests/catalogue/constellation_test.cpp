@@ -201,18 +201,6 @@ TEST_F(Constellations, LongNamesAreCutAndReloadingForgetsOldMembers) {
     EXPECT_EQ(list.getNumConstellations(), 3);
 }
 
-TEST_F(Constellations, OutOfRangeLookupsUnreadableEmptyAndHeaderOnlyFiles) {
-    load(kTwoSections, 1);
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.getConstellationName(3), nullptr); }),
-              "Err (StarList::getConstellationName): constellationID out of range.\n");
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.getConstellationCode(-1), nullptr); }),
-              "Err (StarList::getConstellationCode): constellationID out of range.\n");
-    int n = 5;
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.getConstellationLineSet(7, &n), nullptr); }),
-              "Err (StarList::getConstellationLineSet): constellationID out of range.\n");
-    EXPECT_EQ(n, 0);
-}
-
 TEST_F(Constellations, DamagedFilesKeepTheSectionsReadBefore) {
     const std::string good = "CONSTELLATION Ori Orion\nLINE BEGIN\nHD101\nHD102\nLINE END\n";
     const std::string lyn = good + "CONSTELLATION Lyn Lynx\n", figure = lyn + "LINE BEGIN\n";
@@ -249,7 +237,7 @@ TEST_F(Constellations, DamagedFilesKeepTheSectionsReadBefore) {
     }
 }
 
-TEST_F(Constellations, UnreadableEmptyAndHeaderOnlyFiles) {
+TEST_F(Constellations, OutOfRangeLookupsUnreadableEmptyAndHeaderOnlyFiles) {
     const std::string missing = dir.file("nope.txt");
     EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.loadConstellations(missing.c_str()), -1); }),
               "ERR : reading [" + missing + "]\n");
@@ -261,6 +249,14 @@ TEST_F(Constellations, UnreadableEmptyAndHeaderOnlyFiles) {
         headers += "CONSTELLATION C" + std::to_string(i % 10) + "x Name\n";
     EXPECT_EQ(load(headers, 1), "");
     EXPECT_EQ(list.getNumConstellations(), 2000);
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.getConstellationName(2000), nullptr); }),
+              "Err (StarList::getConstellationName): constellationID out of range.\n");
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.getConstellationCode(-1), nullptr); }),
+              "Err (StarList::getConstellationCode): constellationID out of range.\n");
+    int n = 5;
+    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.getConstellationLineSet(2007, &n), nullptr); }),
+              "Err (StarList::getConstellationLineSet): constellationID out of range.\n");
+    EXPECT_EQ(n, 0);
     EXPECT_EQ(load("", 1), "");
     EXPECT_EQ(list.getNumConstellations(), 0);
 }
