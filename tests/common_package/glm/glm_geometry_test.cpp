@@ -6,6 +6,7 @@
 #include <cmath>
 #include <string>
 
+#include "common_package/math/src/vec3.h"
 #include "tests/common_package/glm/model_test_util.h"
 
 using namespace modeltest;
@@ -21,12 +22,11 @@ ModelPtr modelFrom(const std::string& text) {
 // Two triangles folded at 90 degrees along the edge 1-2 (the x axis).
 const char* kFold = "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 -1\nf 1 2 3\nf 2 1 4\n";
 
-const GLfloat* vertex(const GLMmodel* m, GLuint i) {
-    return &m->vertices[3 * i];
+Vec3 vec(const GLfloat* p) {
+    return {p[0], p[1], p[2]};
 }
-
-double dot3(const GLfloat* a, const GLfloat* b) {
-    return double(a[0]) * b[0] + double(a[1]) * b[1] + double(a[2]) * b[2];
+Vec3 vertex(const GLMmodel* m, GLuint i) {
+    return vec(&m->vertices[3 * i]);
 }
 
 }  // namespace
@@ -41,13 +41,13 @@ TEST(ModelGeometry, UnitizeDimensionsAndRange) {
               (std::vector<float>{6.0f, 2.0f, -2.0f, 1.0f}));  // abs(max) + abs(min)
 
     EXPECT_FLOAT_EQ(glmUnitize(m.get()), 2.0f / 6.0f);
-    EXPECT_FLOAT_EQ(vertex(m.get(), 2)[0], 1.0f);  // (4 - 1) / 3
-    EXPECT_FLOAT_EQ(vertex(m.get(), 1)[1], -1.0f / 3.0f);
+    EXPECT_FLOAT_EQ(vertex(m.get(), 2).x, 1.0f);  // (4 - 1) / 3
+    EXPECT_FLOAT_EQ(vertex(m.get(), 1).y, -1.0f / 3.0f);
 
     glmUnitizeSphere(m.get());
     double farthest = 0.0;
     for (GLuint i = 1; i <= m->numvertices; i++)
-        farthest = std::max(farthest, std::sqrt(dot3(vertex(m.get(), i), vertex(m.get(), i))));
+        farthest = std::max(farthest, length(vertex(m.get(), i)));
     EXPECT_NEAR(farthest, 1.0, 1e-6);
 }
 
@@ -59,31 +59,24 @@ TEST(ModelGeometry, TransformKeepsNormalsPerpendicularToTheSurface) {
     // Non-uniform scale, shear and translation, column-major.
     const GLfloat matrix[16] = {3, 0, 0, 0, 1, 0.5f, 0, 0, 0, 2, 1, 0, 5, -1, 2, 1};
     glmTransform(m.get(), matrix);
-    EXPECT_FLOAT_EQ(vertex(m.get(), 2)[0], 8.0f);   // (1,0,0) -> (3+5, -1, 2)
-    EXPECT_FLOAT_EQ(vertex(m.get(), 3)[1], -0.5f);  // (0,1,0) -> (1+5, 0.5-1, 2)
-    for (GLuint i = 0; i < m->numtriangles; i++) {
-        const GLMtriangle& t = m->triangles[i];
-        const GLfloat* a = vertex(m.get(), t.vindices[0]);
-        GLfloat e1[3], e2[3];
-        for (int k = 0; k < 3; k++) {
-            e1[k] = vertex(m.get(), t.vindices[1])[k] - a[k];
-            e2[k] = vertex(m.get(), t.vindices[2])[k] - a[k];
-        }
-        const GLfloat* facet = &m->facetnorms[3 * t.findex];
-        EXPECT_NEAR(dot3(facet, facet), 1.0, 1e-5);
-        EXPECT_NEAR(std::abs(dot3(facet, e1)) + std::abs(dot3(facet, e2)), 0.0, 1e-5);
+    EXPECT_FLOAT_EQ(vertex(m.get(), 2).x, 8.0f);   // (1,0,0) -> (3+5, -1, 2)
+    EXPECT_FLOAT_EQ(vertex(m.get(), 3).y, -0.5f);  // (0,1,0) -> (1+5, 0.5-1, 2)
+    for (const GLMtriangle& t : m->triangles) {
+        const Vec3 a = vertex(m.get(), t.vindices[0]), e1 = vertex(m.get(), t.vindices[1]) - a,
+                   e2 = vertex(m.get(), t.vindices[2]) - a,
+                   facet = vec(&m->facetnorms[3 * t.findex]);
+        EXPECT_NEAR(length(facet), 1.0, 1e-5);
+        EXPECT_NEAR(std::abs(dot(facet, e1)) + std::abs(dot(facet, e2)), 0.0, 1e-5);
         // Still on the outward side: the same orientation as the transformed cross product.
-        GLfloat c[3] = {e1[1] * e2[2] - e1[2] * e2[1], e1[2] * e2[0] - e1[0] * e2[2],
-                        e1[0] * e2[1] - e1[1] * e2[0]};
-        EXPECT_GT(dot3(facet, c), 0.0);
+        EXPECT_GT(dot(facet, cross(e1, e2)), 0.0);
         for (int j = 0; j < 3; j++)  // not averaged at 30 degrees: copies of the facet normal
-            EXPECT_NEAR(dot3(&m->normals[3 * t.nindices[j]], e1), 0.0, 1e-5);
+            EXPECT_NEAR(dot(vec(&m->normals[3 * t.nindices[j]]), e1), 0.0, 1e-5);
     }
 
     // A projective matrix divides by w; a singular one leaves the normals alone.
     const GLfloat halve[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 2};
     glmTransform(m.get(), halve);
-    EXPECT_FLOAT_EQ(vertex(m.get(), 2)[0], 4.0f);
+    EXPECT_FLOAT_EQ(vertex(m.get(), 2).x, 4.0f);
     const GLfloat singular[16] = {0};
     EXPECT_EQ(stderrOf([&] { glmTransform(m.get(), singular); }),
               "Err (glmTransform): singular matrix; normals are left unchanged.\n");
@@ -145,7 +138,7 @@ TEST(ModelGeometry, SubdivideSplitsSharedEdgesOnce) {
     // Corner at v0, corner at v1, corner at v2, middle.
     const GLMtriangle& corner0 = m->triangles[0];
     EXPECT_EQ(corner0.vindices[0], 1u);
-    EXPECT_FLOAT_EQ(vertex(m.get(), corner0.vindices[1])[0], 1.0f);  // midpoint of 1-2
+    EXPECT_FLOAT_EQ(vertex(m.get(), corner0.vindices[1]).x, 1.0f);  // midpoint of 1-2
     EXPECT_TRUE(m->triangles[1].vindices[1] == 2u && m->triangles[2].vindices[2] == 3u &&
                 m->triangles[3].vindices[0] == corner0.vindices[1]);
     for (GLuint i = 0; i < m->numtriangles; i++)  // winding kept: every facet faces +z
@@ -154,7 +147,7 @@ TEST(ModelGeometry, SubdivideSplitsSharedEdgesOnce) {
     // With a bulge, new vertices move along their normals by bulge x edge length.
     ModelPtr b = modelFrom("vn 0 0 1\nv 0 0 0\nv 2 0 0\nv 0 2 0\nf 1//1 2//1 3//1\n");
     glmSubdivide4(b.get(), 0.5f);
-    EXPECT_FLOAT_EQ(vertex(b.get(), 4)[2], 1.0f);  // edge 1-2 of length 2
+    EXPECT_FLOAT_EQ(vertex(b.get(), 4).z, 1.0f);  // edge 1-2 of length 2
 
     ModelPtr d = modelFrom("v 0 0 0\nv 1 0 0\nf 1 1 2\n");
     EXPECT_EQ(stderrOf([&] { glmSubdivide4(d.get(), 0.0f); }),
