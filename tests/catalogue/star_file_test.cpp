@@ -249,7 +249,7 @@ TEST(StarFile, ReadsFilesPackedInTheContainer) {
               (std::vector<unsigned char>{3, 2, 1, 6, 5, 4}));
 }
 
-TEST(StarFileBadInput, HugeCountsLongLinesAndBinaryContentFailWithoutWildAllocation) {
+TEST(StarFileBadInput, HugeCountsLongLinesBinaryContentAndFailedAllocations) {
     ScratchDir dir;
     StarList list;
     largestAllocation = 0;
@@ -278,18 +278,16 @@ TEST(StarFileBadInput, HugeCountsLongLinesAndBinaryContentFailWithoutWildAllocat
     std::string withNul = "NUM_STARS 1\nSIZE 1 16.4894\n1 2";
     withNul += '\0';
     EXPECT_EQ(readInto(list, dir.write("s.star", withNul + " 3\n")).status, -1);
-}
 
-TEST(StarFileBadInput, AllocationFailureAndTheAllocatorOfAFilledList) {
-    ScratchDir dir;
-    std::string path = dir.write("s.star", starFile(2, "1 1 1\n2 2 2\n"));
-    StarList list;
-    ASSERT_EQ(list.setAllocator(failingAllocate, std::free), 1);
+    // An allocator that fails, and one set on a list that already holds stars.
+    path = dir.write("s.star", starFile(2, "1 1 1\n2 2 2\n"));
+    StarList failing;
+    ASSERT_EQ(failing.setAllocator(failingAllocate, std::free), 1);
     int count = 7;
     std::string err =
-        stderrOf([&] { EXPECT_EQ(list.readStarObj(path.c_str(), &count, 0), nullptr); });
+        stderrOf([&] { EXPECT_EQ(failing.readStarObj(path.c_str(), &count, 0), nullptr); });
     EXPECT_EQ(err, "Error (StarList::readStarObj) allocating memory [720] to obj.\n");
-    err = stderrOf([&] { EXPECT_EQ(list.readStarFiles(path.c_str(), 1, 0), -1); });
+    err = stderrOf([&] { EXPECT_EQ(failing.readStarFiles(path.c_str(), 1, 0), -1); });
     EXPECT_EQ(err, "Err: StarList::readStarFiles : Can't allocate memory.\n");
     StarList filled;
     ASSERT_EQ(readInto(filled, path).status, 1);
