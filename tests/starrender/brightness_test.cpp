@@ -29,16 +29,7 @@ double halve(double angle, double, double) {
 
 }  // namespace
 
-TEST(ApparentMagnitude, ShiftsSoThatTheFaintLimitIsTen) {
-    StarList list;
-    const double tenParsecs = 16.4894 + 1.0;
-    EXPECT_NEAR(list.apparentMagnitude(0.0f, tenParsecs), 0.0f, 1e-6);
-    EXPECT_NEAR(list.apparentMagnitude(1.5f, tenParsecs + 1.0), 6.5f, 1e-6);
-    list.setVMagMin(6.0f);
-    EXPECT_NEAR(list.apparentMagnitude(6.0f, tenParsecs), 10.0f, 1e-6);
-}
-
-TEST(SizeFromMagnitude, FollowsTheTablesAndTheirBlend) {
+TEST(SizeFromMagnitude, ShiftedMagnitudesFollowTheTablesAndTheirBlend) {
     EXPECT_EQ(sizeFromMagnitude(10.01f, 1.0f), 0.0f);
     EXPECT_EQ(sizeFromMagnitude(NAN, 1.0f), 0.0f);
     // Table rows: A_9 = 4.6918 and B_9 = 5.6336 at 0.25 degrees.
@@ -54,6 +45,14 @@ TEST(SizeFromMagnitude, FollowsTheTablesAndTheirBlend) {
     const float m = 3.0f;
     EXPECT_NEAR(sizeFromMagnitude(m, 0.5f),
                 (sizeFromMagnitude(m, 1.0f) + sizeFromMagnitude(m, 0.0f)) / 2, 1e-7);
+
+    // The shifted scale puts the faint limit at ten.
+    StarList list;
+    const double tenParsecs = 16.4894 + 1.0;
+    EXPECT_NEAR(list.apparentMagnitude(0.0f, tenParsecs), 0.0f, 1e-6);
+    EXPECT_NEAR(list.apparentMagnitude(1.5f, tenParsecs + 1.0), 6.5f, 1e-6);
+    list.setVMagMin(6.0f);
+    EXPECT_NEAR(list.apparentMagnitude(6.0f, tenParsecs), 10.0f, 1e-6);
 }
 
 TEST(ClassifyStarSize, BucketsAndCoverage) {

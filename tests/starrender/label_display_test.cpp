@@ -64,7 +64,7 @@ class DrawnLabels : public ::testing::Test {
     StarList list;
 };
 
-TEST_F(DrawnLabels, CubeAndTextOfAStar) {
+TEST_F(DrawnLabels, CubeAndTextOfAStarAndTheAxisCrossOfAMarker) {
     const StarObj near = byHD(401);
     list.drawLabelOfStar(&near, kParsec, 2, 0);
     Shot shot;
@@ -94,17 +94,17 @@ TEST_F(DrawnLabels, CubeAndTextOfAStar) {
     Shot bar;
     EXPECT_GT(bar.count(97, 97, 103, 103, red), 4);
     EXPECT_EQ(bar.count(0, 0, 199, 90, lit), 0);
-}
 
-TEST_F(DrawnLabels, MarkerRecordsGetAnAxisCross) {
+    // A marker record gets an axis cross instead of a cube.
+    glClear(GL_COLOR_BUFFER_BIT);
     StarObj anchor = byHD(401);
     anchor.hd = -2;
     list.drawLabelOfStar(&anchor, kParsec, " (0,0)", 0);
-    Shot shot;
-    EXPECT_GT(shot.count(93, 99, 98, 101, grey), 3);     // along x, left of the centre
-    EXPECT_GT(shot.count(99, 93, 101, 98, grey), 3);     // along y, below it
-    EXPECT_EQ(shot.count(90, 90, 96, 96, lit), 0);       // no cube corner
-    EXPECT_GT(shot.count(111, 95, 166, 114, grey), 20);  // the text
+    Shot cross;
+    EXPECT_GT(cross.count(93, 99, 98, 101, grey), 3);     // along x, left of the centre
+    EXPECT_GT(cross.count(99, 93, 101, 98, grey), 3);     // along y, below it
+    EXPECT_EQ(cross.count(90, 90, 96, 96, lit), 0);       // no cube corner
+    EXPECT_GT(cross.count(111, 95, 166, 114, grey), 20);  // the text
 
     EXPECT_EQ(cattest::stderrOf([&] { list.drawLabelOfStar(&anchor, kParsec, nullptr, 0); }),
               "Err (drawLabelOfStar): NULL input parameter\n");
