@@ -76,7 +76,9 @@ TEST(DamagedFiles, LoadOrFailCleanly) {
              };
              const std::string before = block();
              const int status = list.readStarParameter(path.c_str(), nullptr, 0);
-             if (status == -1) EXPECT_EQ(block(), before);  // applied wholly or not at all
+             if (status == -1) {
+                 EXPECT_EQ(block(), before);  // applied wholly or not at all
+             }
              return status;
          }},
         {"B-V colormap", "# ramp\n3\n1 0 0 1\n0 1 0 1\n0 0 1 1\n",
@@ -135,7 +137,9 @@ TEST(DamagedFiles, LoadOrFailCleanly) {
             int status = 0;
             const std::string err = cattest::stderrOf([&] { status = sample.load(list, path); });
             ASSERT_TRUE(status == 1 || status == -1);
-            if (status == -1 && !err.empty()) EXPECT_EQ(err.rfind("Err", 0), 0u) << err;
+            if (status == -1 && !err.empty()) {
+                EXPECT_EQ(err.rfind("Err", 0), 0u) << err;
+            }
         }
     }
 }
