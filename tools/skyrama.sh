@@ -60,18 +60,19 @@ data() {
     fi
 }
 
-# Starts one private X server and prints its display name (":N").
+# Starts one private X server; sets xdisplay to its name (":N") and xserver_pid to its pid.
+# (Not run in a command substitution: its subshell would keep the pid to itself.)
 xserver_pid=""
+xdisplay=""
 start_xvfb() {
-    local fifo
+    local fifo n
     fifo=$(mktemp -u)
     mkfifo "$fifo"
     Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$fifo" >/dev/null 2>&1 &
     xserver_pid=$!
-    local n
     read -r n <"$fifo"
     rm -f "$fifo"
-    echo ":$n"
+    xdisplay=":$n"
 }
 stop_xvfb() { [ -n "$xserver_pid" ] && kill "$xserver_pid" 2>/dev/null || true; }
 trap stop_xvfb EXIT
@@ -84,7 +85,8 @@ unit() {
     export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
     say "tests without a display ($kind)"
     (cd "$dir" && env -u DISPLAY ctest -L nodisplay --output-on-failure -j "$jobs")
-    display=$(start_xvfb)
+    start_xvfb
+    display=$xdisplay
     say "tests with a window, on Xvfb $display ($kind)"
     # Mesa's driver is loaded and unloaded at run time, so its own allocations leave
     # unsymbolised leak reports; leaks of our code are checked by the tests above.
@@ -104,7 +106,8 @@ run() {
         local out="$top/frames"
         mkdir -p "$out"
         local display
-        display=$(start_xvfb)
+        start_xvfb
+        display=$xdisplay
         say "no DISPLAY: rendering the movie headless on Xvfb $display"
         local status=0
         (cd "$top" && DISPLAY=$display "$(builddir plain)/skyrama" -dump "$out/frame" 0 "${args[@]}") || status=$?
