@@ -66,13 +66,11 @@ void motionInput(int x, int y, double time) {
     lastX = x;
     lastY = y;
 
-    Mat4 m;
-    glGetDoublev(GL_MODELVIEW_MATRIX, m.m.data());
+    Mat4 m = currentModelview();
     double newFovy = fovy;
     switch (dragStep(in, m, newFovy)) {
         case DragEffect::ModelviewChanged:
-            glMatrixMode(GL_MODELVIEW);
-            glLoadMatrixd(m.m.data());
+            loadModelview(m);
             break;
         case DragEffect::NextFrame:
             frameworkSpecial(GLUT_KEY_RIGHT, x, y);

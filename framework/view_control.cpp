@@ -28,17 +28,6 @@ struct Spin {
 };
 Spin spin;
 
-Mat4 currentModelview() {
-    Mat4 m;
-    glGetDoublev(GL_MODELVIEW_MATRIX, m.m.data());
-    return m;
-}
-
-void loadModelview(const Mat4& m) {
-    glMatrixMode(GL_MODELVIEW);
-    glLoadMatrixd(m.m.data());
-}
-
 }  // namespace
 
 void applyView(const View& v) {
@@ -189,4 +178,15 @@ void continueSpin() {
                                                      : turnAboutOrigin(m, angle, spin.axis));
     }
     glutPostWindowRedisplay(mainWindow);
+}
+
+Mat4 currentModelview() {
+    Mat4 m;
+    glGetDoublev(GL_MODELVIEW_MATRIX, m.m.data());
+    return m;
+}
+
+void loadModelview(const Mat4& m) {
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixd(m.m.data());
 }

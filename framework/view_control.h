@@ -4,6 +4,7 @@
 
 #include "common_package/math/src/vec3.h"
 #include "common_package/math/src/view.h"
+#include "framework/view_math.h"
 
 // Loads the projection (one sheared quarter when shearQuadrant is 1 .. 4, after its message)
 // and the modelview of the main window from v; sets fovy, aspect and currLogScale.
@@ -17,6 +18,11 @@ void reapplyCurrentView();
 View defaultView();
 // Stops any spin; the movie's view at currFrame (the default view without one) applied.
 void resetView();
+
+// The current modelview matrix, and a matrix loaded as the modelview (the matrix mode is left
+// at GL_MODELVIEW).
+Mat4 currentModelview();
+void loadModelview(const Mat4& m);
 
 // Field of view changed by delta: logarithmic below 0.1 degrees, linear above; the result
 // stays within 1e-7 .. 179.9.

@@ -120,14 +120,8 @@ void placeAnchor(int x, int y) {
         }
     }
     pickState.pickedStar = pickState.anchor;
-    showPickedStar();
-    PickedStarTexts& t = pickState.texts;
-    t.constellation.clear();
-    t.constellationCode.clear();
-    t.bv.clear();
-    t.absVMag.clear();
-    t.spType.clear();
-    t.luminosity.clear();
+    showPickedStar();  // the anchor's record leaves the catalogue fields empty
+    const PickedStarTexts& t = pickState.texts;
     pickState.anchorLabel =
         std::string(" (") + t.galacticL.c_str() + "," + t.galacticB.c_str() + ")";
 }

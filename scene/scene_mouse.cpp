@@ -24,15 +24,8 @@ bool held(int button) {
     return (buttons & (1 << button)) != 0;
 }
 
-Mat4 currentModelview() {
-    Mat4 m;
-    glGetDoublev(GL_MODELVIEW_MATRIX, m.m.data());
-    return m;
-}
-
-void loadModelview(const Mat4& m) {
-    glMatrixMode(GL_MODELVIEW);
-    glLoadMatrixd(m.m.data());
+void loadAndRedisplay(const Mat4& m) {
+    loadModelview(m);
     glutPostWindowRedisplay(mainWindow);
 }
 
@@ -51,7 +44,7 @@ void rollAboutPickedStar(int dx) {
     const Vec3 axis = normalized(pickedStarInEye(m));
     if (length(axis) == 0.0) return;
     const double angle = dx * 0.5 * 0.3 * sensitivity;
-    loadModelview(turnAboutEye(m, angle, axis));
+    loadAndRedisplay(turnAboutEye(m, angle, axis));
 }
 
 // Shift + middle: the view orbits the picked star.
@@ -61,7 +54,7 @@ void orbitPickedStar(int dx, int dy) {
     const Mat4 m = currentModelview();
     const Vec3 c = pickedStarInEye(m);
     const Vec3 axis = normalized(Vec3{-static_cast<double>(dy), static_cast<double>(dx), 0.0});
-    loadModelview(translation4(c) * rotation4(drag * 0.5, axis) * translation4(-c) * m);
+    loadAndRedisplay(translation4(c) * rotation4(drag * 0.5, axis) * translation4(-c) * m);
 }
 
 }  // namespace
