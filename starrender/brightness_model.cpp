@@ -165,14 +165,37 @@ StarSizeClassifier::StarSizeClassifier(float starScale, double radiansPerPixel, 
             }
         }
     }
+    const StarSizeClass brightEnd = classifyExact(kTableLow);
+    brightBelowTable_ = starScale >= 0.0f && starScale <= 1.0f &&
+                        brightEnd.bucket == kBrightBucket && brightEnd.coverage == kFullCoverage;
     packed_.assign(kTableCells + 2, 0u);
-    packed_[0] = kMixedCell;
+    packed_[0] = brightBelowTable_ ? pack(brightEnd) : kMixedCell;
     for (int c = 0; c < kTableCells; ++c) {
         const std::uint16_t e = table_[c];
         packed_[c + 1] =
             (e & kMixedCell)
                 ? kMixedCell
                 : pack(StarSizeClass{(e >> 8) & 0x3f, e & 0xff, (e & kVisibleCell) ? 1 : 0});
+    }
+    // Mixed cells whose neighbours hold no corner either lie within one segment of the curve:
+    // their stars are sized on that segment straight away.
+    std::vector<bool> nearCorner(kTableCells, false);
+    for (const float* column : {kMagnitudeA, kMagnitudeB}) {
+        for (int j = 0; j < kMagnitudeTableRows; ++j) {
+            const int c =
+                static_cast<int>(std::floor((column[j] - kTableLow) * kCellsPerMagnitude));
+            for (int n = c - 2; n <= c + 2; ++n) {
+                if (n >= 0 && n < kTableCells) nearCorner[n] = true;
+            }
+        }
+    }
+    for (int c = 0; c < kTableCells; ++c) {
+        if (!(table_[c] & kMixedCell) || nearCorner[c]) continue;
+        const int seg = blended_.segment(edge(c) + 0.5f / kCellsPerMagnitude);
+        if (seg >= 0 && seg < 256 && blended_.segment(edge(c)) == seg &&
+            blended_.segment(edge(c + 1)) == seg) {
+            packed_[c + 1] = kMixedCell | kSegmentCell | static_cast<std::uint32_t>(seg);
+        }
     }
 }
 

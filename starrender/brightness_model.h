@@ -26,31 +26,43 @@ class MagnitudeCurve {
     MagnitudeCurve(const float* x, const float* y, int n);
 
     float value(float m) const {
-        const int n = n_;
         int seg;
         if (m > x_[0]) {
             seg = 0;
-        } else if (m < x_[n - 1]) {
-            seg = n - 2;
+        } else if (m < x_[n_ - 1]) {
+            seg = n_ - 2;
         } else {
-            // The count of breakpoints above the next cell up is a safe start: all of them
-            // are above m even if m was rounded into a cell too low.
-            int c = static_cast<int>((m - low_) * kCellsPerMagnitude) + 1;
-            if (c >= cells_) c = cells_ - 1;
-            // Two cells hold at most two breakpoints; x_ ends in two sentinels below any m.
-            int k = above_[c];
-            k += x_[k] > m;
-            k += x_[k] > m;
-            while (x_[k] > m) {
-                ++k;
-            }
-            if (k < n && x_[k] == m) return y_[k];
+            const int k = firstBelowOrAt(m);
+            if (k < n_ && x_[k] == m) return y_[k];
             seg = k - 1;
         }
-        return y_[seg] + (m - x_[seg]) * slope_[seg];
+        return valueOn(seg, m);
     }
+    // The segment value() takes for a magnitude m between breakpoints, and the curve there.
+    int segment(float m) const {
+        if (m > x_[0]) return 0;
+        if (m < x_[n_ - 1]) return n_ - 2;
+        return firstBelowOrAt(m) - 1;
+    }
+    float valueOn(int seg, float m) const { return y_[seg] + (m - x_[seg]) * slope_[seg]; }
 
   private:
+    // The first breakpoint at or below m, for m within the breakpoints.
+    int firstBelowOrAt(float m) const {
+        // The count of breakpoints above the next cell up is a safe start: all of them are
+        // above m even if m was rounded into a cell too low.
+        int c = static_cast<int>((m - low_) * kCellsPerMagnitude) + 1;
+        if (c >= cells_) c = cells_ - 1;
+        // Two cells hold at most two breakpoints; x_ ends in two sentinels below any m.
+        int k = above_[c];
+        k += x_[k] > m;
+        k += x_[k] > m;
+        while (x_[k] > m) {
+            ++k;
+        }
+        return k;
+    }
+
     static constexpr float kCellsPerMagnitude = 64.0f;  // a cell holds a breakpoint or two
     std::vector<float> x_, y_, slope_;
     int n_ = 0;
@@ -94,8 +106,12 @@ class StarSizeClassifier {
     StarSizeClass classify(float m) const {
         if (!(m <= kShiftedFaintLimit)) return StarSizeClass{};  // NaN too
         // Brighter than the tables' corners the curve is extended far along its last segment,
-        // where its rounding would tell: such stars are classified in full.
-        if (!(m >= kTableLow) || table_.empty()) return classifyExact(m);
+        // where its rounding would tell: such stars are classified in full, unless the table's
+        // bright end is already in the bright bucket (then so is every brighter star).
+        if (!(m >= kTableLow) || table_.empty()) {
+            return brightBelowTable_ ? StarSizeClass{kBrightBucket, kFullCoverage, 1}
+                                     : classifyExact(m);
+        }
         const std::uint16_t e = table_[static_cast<int>((m - kTableLow) * kCellsPerMagnitude)];
         if (!(e & kMixedCell)) {
             return StarSizeClass{(e >> 8) & 0x3f, e & 0xff, (e & kVisibleCell) ? 1 : 0};
@@ -110,10 +126,14 @@ class StarSizeClassifier {
     // of magnitude, so such branches would mostly be guessed wrong).
     std::uint32_t classifyPacked(float m) const {
         float f = (m - kTableLow) * kCellsPerMagnitude + 1.0f;
-        if (!(f >= 0.0f)) f = 0.0f;  // brighter than the table, or NaN: cell 0, classified in full
+        if (!(f >= 0.0f)) f = 0.0f;  // brighter than the table, or NaN (not drawn, below): cell 0
         f = std::min(f, static_cast<float>(kTableCells + 1));
         std::uint32_t e = packed_[static_cast<int>(f)];
-        if (e & kMixedCell) e = pack(classify(m));
+        if (e & kMixedCell) {
+            // Within one segment of the curve, or around a corner.
+            e = (e & kSegmentCell) ? pack(fromDiameter(blended_.valueOn(e & 0xff, m)))
+                                   : pack(classify(m));
+        }
         return m <= kShiftedFaintLimit ? e : 0u;
     }
     static StarSizeClass unpack(std::uint32_t e) {
@@ -128,6 +148,9 @@ class StarSizeClassifier {
     // Cells up to magnitude 10, and one more for 10 itself.
     static constexpr int kTableCells = 12 * 256 + 1;
     static constexpr std::uint16_t kMixedCell = 0x8000;
+    // In the packed table: a mixed cell that lies within one segment of the curve, whose index
+    // is in the low byte.
+    static constexpr std::uint32_t kSegmentCell = 0x10000000;
     static constexpr std::uint16_t kVisibleCell = 0x4000;
 
     static std::uint32_t pack(const StarSizeClass& c) {
@@ -166,6 +189,10 @@ class StarSizeClassifier {
     double twoTexScale_;
     float largeLimit_;
     MagnitudeCurve blended_;
+    // Every magnitude below the table is in the bright bucket: with a blend between the two
+    // tables (starScale in [0, 1]) the size only grows with brightness, and the table's bright
+    // end is already there.
+    bool brightBelowTable_ = false;
     std::vector<std::uint16_t> table_;
     // The table again for classifyPacked: entry 0 for magnitudes below the table (mixed), the
     // cells, and one entry for magnitudes above 10 (not drawn).
