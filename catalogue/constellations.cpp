@@ -212,7 +212,7 @@ int StarList::findConstellationByName(StarObj* star, const char* name) const {
     if (star == nullptr || name == nullptr || name[0] == '\0') return -1;
     for (int c = 0; c < numConstellations; ++c) {
         if (constellationNameMatches(constellations[c].name, name)) {
-            return copyBrightest(constellations[c], stars, count, star) ? 1 : -1;
+            return copyBrightest(constellations[c], getStarArray(), count, star) ? 1 : -1;
         }
     }
     return -1;
@@ -222,7 +222,7 @@ int StarList::findConstellationByCode(StarObj* star, const char* code) const {
     if (star == nullptr || code == nullptr || code[0] == '\0') return -1;
     for (int c = 0; c < numConstellations; ++c) {
         if (std::strncmp(constellations[c].code, code, 3) == 0) {
-            return copyBrightest(constellations[c], stars, count, star) ? 1 : -1;
+            return copyBrightest(constellations[c], getStarArray(), count, star) ? 1 : -1;
         }
     }
     return -1;

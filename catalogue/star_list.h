@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <new>
 #include <type_traits>
+#include <vector>
 
 #include "catalogue/colormap.h"
 #include "catalogue/constellation.h"
@@ -59,7 +60,7 @@ struct StarEyeMagnitude {
 
 // While the eye stands still: a star's direction from the eye, in units of 1/32767 (zero for
 // a star at the eye), and how it is drawn: its bucket (0 when it is not drawn) and coverage,
-// with kStillWritten set once its magnitude seen from this eye is in its record. Eight bytes,
+// with kStillWritten set once it is marked as seen by this eye. Eight bytes,
 // so that a frame reads less than a megabyte for 10^5 stars.
 struct StarStillView {
     std::int16_t dir[3];
@@ -121,8 +122,12 @@ class StarList {
     int getNumStars() const;                     // the Sun not counted
     int getNumRecords() const { return count; }  // the Sun counted
     int includesSun() const { return includeSun; }
-    // Read-only view of all records, nearest first (null when there are none).
-    const StarObj* getStarArray() const { return stars; }
+    // Read-only view of all records, nearest first (null when there are none), with the
+    // magnitudes of the last frames drawn in them.
+    const StarObj* getStarArray() const {
+        settleMagnitudes();
+        return stars;
+    }
     int getStar(StarObj* record, int index) const;
     int getStarByHD(StarObj* record, int hd) const;
     int setStarPosition(int index, const Phc& position);
@@ -366,6 +371,25 @@ class StarList {
     // not worked out again, nor the magnitude written again into the record. A new eye
     // position, scale, pixel size, size setting or star position starts a new generation.
     StarEyeMagnitude* eyeMagnitudes = nullptr;  // one per record
+    // The apparent magnitudes that frames have seen and the records do not hold yet. A frame
+    // marks each star it sees in front of its eye with that eye (one plus its index in
+    // seenEyes; 0: the record holds the star's latest magnitude). The records are brought up
+    // to date, from the positions the eyes saw, whenever they are read from outside drawing
+    // and before those positions are replaced, so that a frame pays for the magnitudes of
+    // the stars it draws and not for those of the others.
+    struct SeenEye {
+        Vec3 eyeDrawing;
+        double cacheToDrawing;
+        double magnitudeShift;  // apparentMagnitude's shift at the frame's scale
+    };
+    static constexpr std::size_t kMaxSeenEyes = 4096;
+    std::uint16_t* magnitudeEye = nullptr;  // one per record
+    mutable std::vector<SeenEye> seenEyes;
+    // The mark of the frame's eye, added to seenEyes when it is new.
+    std::uint16_t seenEyeFor(const StarFrame& frame, double magnitudeShift);
+    // Writes every pending magnitude into its record; for one record, only its own.
+    void settleMagnitudes() const;
+    void settleMagnitude(int index) const;
     std::uint32_t eyeGeneration = 0;
     std::uint32_t lastFrameGeneration = 0;  // the generation of the frame before
     static constexpr int kEyeKeySize = 12;
@@ -398,8 +422,8 @@ class StarList {
     std::uint32_t stillViewGeneration = 0;  // 0: not made
     bool makeStillView(const StarFrame& frame, std::uint32_t generation);
     // The point pass of drawStarsInto for stars first .. last when the still view is made.
-    void drawStillEye(const StarFrame& frame, std::uint32_t generation, int first, int last,
-                      StarDrawSink& sink);
+    void drawStillEye(const StarFrame& frame, std::uint32_t generation, std::uint16_t seenEye,
+                      int first, int last, StarDrawSink& sink);
 };
 
 template <typename T>

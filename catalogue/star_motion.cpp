@@ -76,6 +76,7 @@ int StarList::getAverageVelocity(int useVMag, int useZRange, int useSptype, doub
     int first = 0, last = count - 1;
     if (useZRange && param.zRangeOn) getStarRange(&first, &last);
     if (includeSun && first == 0) first = 1;
+    if (useVMag) settleMagnitudes();
     double sum[3] = {0.0, 0.0, 0.0};
     int counted = 0;
     for (int i = last; i >= first; --i) {

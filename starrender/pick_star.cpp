@@ -67,7 +67,9 @@ int StarList::pickStar(int x, int y, double currLogScale, StarObj* record, float
         ++records;
     }
     if (hits < 0) hits = records;
-    if (hits > 0 && bestName >= 0 && bestName < count && record != nullptr)
+    if (hits > 0 && bestName >= 0 && bestName < count && record != nullptr) {
+        settleMagnitude(bestName);
         *record = stars[bestName];
+    }
     return hits;
 }

@@ -9,9 +9,9 @@
 
 // Points of one size are drawn together. A star of the open batch's size is drawn at once;
 // others wait in their bucket; a full bucket is drawn in place and its size becomes the
-// open batch. A point that cannot touch the viewport takes its place in the batching like
-// any other, so that the points that are drawn come in the same order and sizes as if all
-// were, but it is not handed on. The open batch's points go to the sink a run at a time.
+// open batch. Only points that can touch the viewport are batched: one that cannot would
+// only be clipped, so it takes no place in a bucket either. The open batch's points go to
+// the sink a run at a time.
 //
 // Stars come in no order of size, so which way a point goes is worked out without a branch:
 // it is written to the open run or to its bucket, and the one it went to is counted. A bucket
@@ -35,19 +35,13 @@ class PointBatcher {
 
     void add(int b, const double vertex[3], const float rgba[4]) {
         const int toRun = b == current_;
-        StarBucketEntry& e = toRun ? run_[runLength_] : open_[b][stored_[b]];
+        StarBucketEntry& e = toRun ? run_[runLength_] : open_[b][counts_[b]];
         std::memcpy(e.pos, vertex, sizeof e.pos);
         std::memcpy(e.rgba, rgba, sizeof e.rgba);
         runLength_ += toRun;
-        stored_[b] += 1 - toRun;
         counts_[b] += 1 - toRun;
         if (counts_[b] > capacity_[b]) switchTo(b);
         if (runLength_ == kRunSize) handOnRun();
-    }
-    // The place of a point that cannot touch the viewport.
-    void skip(int b) {
-        counts_[b] += b != current_;
-        if (counts_[b] > capacity_[b]) switchTo(b);
     }
 
     void finish() {
@@ -80,14 +74,12 @@ class PointBatcher {
     }
 
     void drain(int b) {
-        if (stored_[b] > 0) sink_.points(open_[b], stored_[b]);
+        if (counts_[b] > 0) sink_.points(open_[b], counts_[b]);
         counts_[b] = 0;
-        stored_[b] = 0;
     }
 
     StarBucketEntry* const* buckets_;
-    std::int32_t* counts_;  // places taken in each bucket, points off the viewport included
-    std::int32_t stored_[kNumPointBuckets] = {};  // points kept in each bucket to be drawn
+    std::int32_t* counts_;  // points waiting in each bucket
     std::int32_t capacity_[kNumPointBuckets];
     StarBucketEntry* open_[kNumPointBuckets];  // where each bucket's points are written
     StarDrawSink& sink_;

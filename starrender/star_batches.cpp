@@ -50,17 +50,21 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         rgba[3] = alphaOf[coverage];
     };
 
+    // The stars seen in front of this frame's eye are marked with it.
+    const std::uint16_t seenEye = seenEyeFor(frame, magnitudeShift);
+
     if (pickMode) {
-        // Picking writes magnitudes seen from its own eye.
+        // Picking sees the magnitudes from its own eye.
         forgetEyeMagnitudes();
         for (int i = last; i >= first; --i) {
-            StarObj& s = stars[i];
+            const StarObj& s = stars[i];
             if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
             double vertex[3], depth;
             if (!placeStarPoint(frame, positions[i].pos, vertex, &depth)) continue;
-            s.appMag = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
-            if (!passesVMagSelection(s.appMag)) continue;
-            const StarSizeClass cls = classifier.classify(s.appMag);
+            magnitudeEye[i] = seenEye;
+            const float m = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
+            if (!passesVMagSelection(m)) continue;
+            const StarSizeClass cls = classifier.classify(m);
             const int b = cls.visible ? cls.bucket : 1;
             // Only a point inside the pick box can be a hit.
             if (viewport.mayShow(vertex, b)) sink.namedPoint(i, b * 0.5f, vertex);
@@ -75,18 +79,19 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     const std::uint32_t generation = eyeGenerationFor(frame, &eyeStill);
     if (eyeStill && !(renderFlags & kStarTextured) && !selections && scaleFree &&
         (stillViewGeneration == generation || makeStillView(frame, generation))) {
-        drawStillEye(frame, generation, first, last, sink);
+        drawStillEye(frame, generation, seenEye, first, last, sink);
         return;
     }
 
     // Measures the stars blockEnd down to blockStart with as few branches as can be (stars
     // come in no order of direction or brightness, so branches on them are mostly guessed
-    // wrong): first the stars in front of the eye (most views leave half the sky behind), then
-    // their magnitudes and classes, taken over from an earlier frame while the eye stands
-    // still. Writes each star's magnitude seen from a new eye into its record and keeps the
-    // visible ones, farthest first, in out, marking those whose point can touch the viewport.
-    // A kept star's vertex is its eye-relative position, placed (depth-compressed, with its
-    // depth) only with placeAll or a projection that needs the drawn vertex to tell.
+    // wrong): first the stars in front of the eye (most views leave half the sky behind),
+    // marked as seen, then their magnitudes and classes, taken over from an earlier frame
+    // while the eye stands still. Keeps the visible ones, farthest first, in out, marking
+    // those whose point can touch the viewport; without placeAll only those are kept, and a
+    // star whose point could not touch the viewport at the largest size is not measured at
+    // all. A kept star's vertex is its eye-relative position, placed (depth-compressed, with
+    // its depth) only with placeAll or a projection that needs the drawn vertex to tell.
     const bool vmagOn = param.vmagRangeOn != 0;
     const float vmagLow = static_cast<float>(param.vmagRangeMin);
     const float vmagHigh = static_cast<float>(param.vmagRangeMax);
@@ -108,42 +113,47 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         const double depth = 0.5 * fastLog10(len2);
         *m = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
         *cls = classifier.classifyPacked(*m);
-        stars[i].appMag = *m;
         if (keep) seen = StarEyeMagnitude{*m, *cls, generation};
         return depth;
     };
-    // With placeAll (the textured pass) every star's draw bucket is also cleared here, while
-    // its record is on its way in for the magnitude written below.
+    // With placeAll (the textured pass) every star's draw bucket is also cleared here.
     auto measureBlock = [&](int blockStart, int blockEnd, StarDrawSlot* out, bool placeAll) {
+        const bool cull = !placeAll && scaleFree;
+        // Copies in locals, which the stores below cannot touch, so that they stay in
+        // registers.
+        const double kk = k;
+        const Vec3 e = eye, d = dir;
+        const PointViewportTest vp = viewport;
+        const StarDrawPosition* const pos = positions;
+        std::uint16_t* const seenBy = magnitudeEye;
+        const std::uint16_t mark = seenEye;
         int inFront = 0;
         for (int i = blockEnd; i >= blockStart; --i) {
             if (placeAll) {
                 // Records are large and far apart: the ones written a little later are
                 // fetched now, for writing.
-                const int ahead = std::max(blockStart, i - kRecordPrefetch);
-                __builtin_prefetch(&stars[ahead].drawBucket, 1);
-                __builtin_prefetch(&stars[ahead].appMag, 1);
+                __builtin_prefetch(&stars[std::max(blockStart, i - kRecordPrefetch)].drawBucket, 1);
                 stars[i].drawBucket = 0;
             }
             if (selections &&
                 (!passesSptypeSelection(stars[i]) || !passesAbsMagSelection(stars[i]))) {
                 continue;
             }
-            const double* c = positions[i].pos;
+            const double* c = pos[i].pos;
+            const double p[3] = {c[0] * kk - e.x, c[1] * kk - e.y, c[2] * kk - e.z};
             StarDrawSlot& slot = out[inFront];
-            slot.vertex[0] = c[0] * k - eye.x;
-            slot.vertex[1] = c[1] * k - eye.y;
-            slot.vertex[2] = c[2] * k - eye.z;
+            slot.vertex[0] = p[0];
+            slot.vertex[1] = p[1];
+            slot.vertex[2] = p[2];
             slot.index = i;
-            inFront += static_cast<int>(
-                slot.vertex[0] * dir.x + slot.vertex[1] * dir.y + slot.vertex[2] * dir.z >= 0.0);
+            const bool front = p[0] * d.x + p[1] * d.y + p[2] * d.z >= 0.0;
+            seenBy[i] = front ? mark : seenBy[i];
+            const bool mayShow = vp.mayShow(p, kNumPointBuckets - 1) | !cull;
+            inFront += static_cast<int>(front & mayShow);
         }
         const bool place = placeAll || !scaleFree;
         int kept = 0;
         for (int n = 0; n < inFront; ++n) {
-            // The record whose magnitude is written a few stars on, fetched for writing.
-            if (n + kRecordPrefetch < inFront)
-                __builtin_prefetch(&stars[out[n + kRecordPrefetch].index].appMag, 1);
             const StarDrawSlot in = out[n];
             const double len2 = in.vertex[0] * in.vertex[0] + in.vertex[1] * in.vertex[1] +
                                 in.vertex[2] * in.vertex[2];
@@ -157,27 +167,24 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
                 slot.depth = depth;
                 placeVertexAtDepth(slot.vertex, len2, depth);
             }
-            cls |= viewport.mayShow(slot.vertex, bucket) ? kSlotOnScreen : 0u;
-            slot.packedClass = cls;
+            const bool onScreen = viewport.mayShow(slot.vertex, bucket);
+            slot.packedClass = cls | (onScreen ? kSlotOnScreen : 0u);
             const bool inRange = !vmagOn || (vmagLow <= m && m <= vmagHigh);
-            kept += static_cast<int>(inRange & ((cls & ~kSlotOnScreen) != 0u));
+            kept += static_cast<int>(inRange & (cls != 0u) & (placeAll || onScreen));
         }
         return kept;
     };
-    // Hands a kept star to the batcher: its point, or its place when it is off the viewport.
+    // Hands a kept star whose point can touch the viewport to the batcher.
     float rgba[4];
     auto batch = [&](PointBatcher& batcher, StarDrawSlot& slot, bool placed) {
+        if (!(slot.packedClass & kSlotOnScreen)) return;
         const StarSizeClass cls = StarSizeClassifier::unpack(slot.packedClass & ~kSlotOnScreen);
-        if (slot.packedClass & kSlotOnScreen) {
-            if (!placed) {
-                double* v = slot.vertex;
-                placePoint(v, v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
-            }
-            colourOf(slot.index, cls.coverage, rgba);
-            batcher.add(cls.bucket, slot.vertex, rgba);
-        } else {
-            batcher.skip(cls.bucket);
+        if (!placed) {
+            double* v = slot.vertex;
+            placePoint(v, v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
         }
+        colourOf(slot.index, cls.coverage, rgba);
+        batcher.add(cls.bucket, slot.vertex, rgba);
     };
 
     StarDrawSlot* block = drawSlots + count + 1;  // room for one block after the kept stars

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "catalogue/star_list.h"
+#include "starrender/depth_log.h"
 #include "starrender/star_frame.h"
 
 void StarList::releaseDrawCaches() {
@@ -14,6 +15,10 @@ void StarList::releaseDrawCaches() {
     if (drawSlots != nullptr) release(drawSlots);
     if (eyeMagnitudes != nullptr) release(eyeMagnitudes);
     if (stillView != nullptr) release(stillView);
+    if (magnitudeEye != nullptr) release(magnitudeEye);
+    // Called when the records are replaced: what frames saw of the old ones is dropped.
+    magnitudeEye = nullptr;
+    seenEyes.clear();
     eyeMagnitudes = nullptr;
     stillView = nullptr;
     stillViewGeneration = 0;
@@ -32,15 +37,16 @@ void StarList::releaseDrawCaches() {
 bool StarList::refreshDrawCaches(int renderFlags) {
     if (count <= 0) return true;
     if (drawCacheCount != count || drawPositions == nullptr || drawLights == nullptr ||
-        eyeMagnitudes == nullptr || drawSlots == nullptr) {
+        eyeMagnitudes == nullptr || drawSlots == nullptr || magnitudeEye == nullptr) {
         releaseDrawCaches();
         drawPositions = allocateRecords<StarDrawPosition>(static_cast<std::size_t>(count));
         drawLights = allocateRecords<StarDrawLight>(static_cast<std::size_t>(count));
         eyeMagnitudes = allocateArray<StarEyeMagnitude>(static_cast<std::size_t>(count));
+        magnitudeEye = allocateArray<std::uint16_t>(static_cast<std::size_t>(count));
         drawSlots =
             allocateRecords<StarDrawSlot>(static_cast<std::size_t>(count) + 1 + kDrawSlotBlock);
         if (drawPositions == nullptr || drawLights == nullptr || eyeMagnitudes == nullptr ||
-            drawSlots == nullptr) {
+            drawSlots == nullptr || magnitudeEye == nullptr) {
             releaseDrawCaches();
             std::fprintf(stderr, "Err : allocating memory for drawing the stars!\n\n");
             return false;
@@ -48,6 +54,7 @@ bool StarList::refreshDrawCaches(int renderFlags) {
         drawCacheCount = count;
     }
     if (cartesianEpoch != positionEpoch) {
+        settleMagnitudes();  // from the positions the eyes saw
         for (int i = 0; i < count; ++i) {
             const Phc& p = stars[i].pos;
             const double f = std::pow(10.0, p.w - kDrawCacheLog);
@@ -105,4 +112,48 @@ std::uint32_t StarList::eyeGenerationFor(const StarFrame& frame, bool* still) {
     *still = false;
     lastFrameGeneration = eyeGeneration;
     return eyeGeneration;
+}
+
+std::uint16_t StarList::seenEyeFor(const StarFrame& frame, double magnitudeShift) {
+    if (!seenEyes.empty()) {
+        const SeenEye& last = seenEyes.back();
+        if (last.eyeDrawing.x == frame.eyeDrawing.x && last.eyeDrawing.y == frame.eyeDrawing.y &&
+            last.eyeDrawing.z == frame.eyeDrawing.z &&
+            last.cacheToDrawing == frame.cacheToDrawing && last.magnitudeShift == magnitudeShift) {
+            return static_cast<std::uint16_t>(seenEyes.size());
+        }
+    }
+    if (seenEyes.size() == kMaxSeenEyes) settleMagnitudes();
+    seenEyes.push_back(SeenEye{frame.eyeDrawing, frame.cacheToDrawing, magnitudeShift});
+    return static_cast<std::uint16_t>(seenEyes.size());
+}
+
+namespace {
+
+// The magnitude a frame worked out for a star, worked out again the same way.
+float seenMagnitude(const StarDrawPosition& position, float absMag, const Vec3& eye, double k,
+                    double shift) {
+    const double* c = position.pos;
+    const double p[3] = {c[0] * k - eye.x, c[1] * k - eye.y, c[2] * k - eye.z};
+    const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
+    return static_cast<float>(absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
+}
+
+}  // namespace
+
+void StarList::settleMagnitude(int index) const {
+    if (seenEyes.empty() || index < 0 || index >= drawCacheCount) return;
+    const std::uint16_t mark = magnitudeEye[index];
+    if (mark == 0) return;
+    const SeenEye& e = seenEyes[mark - 1u];
+    stars[index].appMag = seenMagnitude(drawPositions[index], drawLights[index].absMag,
+                                        e.eyeDrawing, e.cacheToDrawing, e.magnitudeShift);
+    magnitudeEye[index] = 0;
+}
+
+void StarList::settleMagnitudes() const {
+    if (seenEyes.empty()) return;
+    for (int i = 0; i < drawCacheCount; ++i)
+        settleMagnitude(i);
+    seenEyes.clear();
 }

@@ -137,6 +137,7 @@ void StarList::drawDistanceErrors(double currLogScale) {
     getStarRange(&first, &last);
     if (first == 0 && isSunRecord(0)) first = 1;
     if (last < first) return;
+    if (param.vmagRangeOn) settleMagnitudes();
 
     glPushAttrib(GL_CURRENT_BIT | GL_ENABLE_BIT | GL_POINT_BIT | GL_LINE_BIT);
     glDisable(GL_TEXTURE_2D);

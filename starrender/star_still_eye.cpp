@@ -59,8 +59,7 @@ bool StarList::makeStillView(const StarFrame& frame, std::uint32_t generation) {
             m = seen.appMag;
             cls = seen.packedClass;
         } else {
-            // As drawStarsInto measures a star; the record learns it when the star comes
-            // in front.
+            // As drawStarsInto measures a star; it is marked as seen when it comes in front.
             m = static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
             cls = classifier.classifyPacked(m);
         }
@@ -80,8 +79,8 @@ bool StarList::makeStillView(const StarFrame& frame, std::uint32_t generation) {
     return true;
 }
 
-void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, int first, int last,
-                            StarDrawSink& sink) {
+void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, std::uint16_t seenEye,
+                            int first, int last, StarDrawSink& sink) {
     const StarSizeClassifier& classifier =
         classifierFor(param.starScale, frame.radiansPerPixel, param.texScale, largeLimit);
     const PointViewportTest viewport(frame);
@@ -126,15 +125,14 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, in
         eyeRelative(i, p);
         return p[0] * dir.x + p[1] * dir.y + p[2] * dir.z >= 0.0;
     };
-    // A star that comes in front for the first time with this eye: its magnitude goes into
-    // its record.
-    auto writeMagnitude = [&](int i) {
+    // A star that comes in front for the first time with this eye is marked as seen by it.
+    auto markSeen = [&](int i) {
         double p[3];
         eyeRelative(i, p);
         const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
         const float m =
             static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
-        stars[i].appMag = m;
+        magnitudeEye[i] = seenEye;
         eyeMagnitudes[i] = StarEyeMagnitude{m, classifier.classifyPacked(m), generation};
         stillView[i].draw |= kStillWritten;
     };
@@ -153,14 +151,13 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, in
         return (1 - out) * (2 * in - 1);
     };
 
-    // A block's stars in front of the eye, then how each of those is drawn: its bucket and
-    // coverage, and whether it is drawn (on) or only takes its place (off the viewport). The
-    // records of the stars drawn are fetched while the rest of the block is looked at.
+    // A block's stars in front of the eye, then those of them whose points can touch the
+    // viewport, with their buckets and coverages. The positions and lights of these are
+    // fetched while the rest of the block is looked at.
     int inFront[kDrawSlotBlock];
     struct Mark {
         int index;
         std::uint16_t draw;
-        bool on;
     };
     Mark marks[kDrawSlotBlock];
     PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
@@ -181,7 +178,7 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, in
         for (int j = 0; j < n; ++j) {
             const int i = inFront[j];
             const StarStillView& v = stillView[i];
-            if (!(v.draw & kStillWritten)) writeMagnitude(i);
+            if (!(v.draw & kStillWritten)) markSeen(i);
             const int b = v.draw & kStillBucketMask;
             if (b == 0) continue;
             int show = onScreen(v.dir, b);
@@ -194,15 +191,12 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, in
             const int fetch = show ? i : first;
             __builtin_prefetch(&drawPositions[fetch]);
             __builtin_prefetch(&drawLights[fetch]);
-            marks[kept++] = Mark{i, v.draw, show != 0};
+            marks[kept] = Mark{i, v.draw};
+            kept += show;
         }
         for (int j = 0; j < kept; ++j) {
             const Mark& mark = marks[j];
             const int b = mark.draw & kStillBucketMask;
-            if (!mark.on) {
-                batcher.skip(b);
-                continue;
-            }
             double p[3];
             eyeRelative(mark.index, p);
             placePoint(p, p[0] * p[0] + p[1] * p[1] + p[2] * p[2]);

@@ -1,11 +1,12 @@
 // Star drawing over a run of frames, recorded without a window: what is kept from frame to
 // frame while the eye stands still must not change what is drawn, and points that cannot
-// reach the viewport are left out without moving the others.
+// reach the viewport are left out.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -111,7 +112,7 @@ TEST(StarFrames, AStillEyeTurningAndZoomingDrawsWhatAFreshEyeDraws) {
     EXPECT_GT(drawnInAll, 1000);
 }
 
-TEST(StarFrames, PointsOffTheViewportAreLeftOutAndTheRestKeepTheirOrderAndSize) {
+TEST(StarFrames, PointsOffTheViewportAreLeftOutAndTheRestKeepTheirSizeAndOrderBySize) {
     cattest::ScratchDir dir;
     StarList list;
     loadScatter(list, dir, 3000);
@@ -135,12 +136,17 @@ TEST(StarFrames, PointsOffTheViewportAreLeftOutAndTheRestKeepTheirOrderAndSize) 
         *x = 400.0 + 400.0 * (f * 0.75 * e[0] / -e[2]);
         *y = 300.0 + 300.0 * (f * e[1] / -e[2]);
     };
-    // The drawn points come in the same order as among all points; each one left out lies
-    // beyond the viewport by more than its radius.
-    std::size_t next = 0;
+    // Points of one size come in the same order as among all points (farthest first), and
+    // each point left out lies beyond the viewport by more than its radius.
+    std::map<float, std::vector<Drawn>> culledBySize;
+    for (const Drawn& d : culled.points)
+        culledBySize[d.size].push_back(d);
+    std::map<float, std::size_t> next;
     for (const Drawn& d : all.points) {
-        if (next < culled.points.size() && d == culled.points[next]) {
-            ++next;
+        const std::vector<Drawn>& same = culledBySize[d.size];
+        std::size_t& n = next[d.size];
+        if (n < same.size() && d == same[n]) {
+            ++n;
             continue;
         }
         double x, y;
@@ -149,5 +155,63 @@ TEST(StarFrames, PointsOffTheViewportAreLeftOutAndTheRestKeepTheirOrderAndSize) 
         EXPECT_TRUE(x < -radius || x > 800 + radius || y < -radius || y > 600 + radius)
             << "left out at (" << x << ", " << y << ") size " << d.size;
     }
-    EXPECT_EQ(next, culled.points.size());
+    for (const auto& [size, same] : culledBySize)
+        EXPECT_EQ(next[size], same.size()) << "size " << size;
+}
+
+TEST(StarFrames, RecordsHoldTheMagnitudeOfTheLastEyeThatSawEachStar) {
+    cattest::ScratchDir dir;
+    StarList list;
+    loadScatter(list, dir, 400);
+    const int n = list.getNumRecords();
+    std::vector<StarObj> records(list.getStarArray(), list.getStarArray() + n);
+    std::vector<float> expected(records.size(), std::nanf(""));
+    // What a frame from eye turned by turn degrees sees: the magnitude of each star in front.
+    auto see = [&](const Vec3& eye, double turn) {
+        const Vec3 view{std::sin(turn * kDegree), 0.0, -std::cos(turn * kDegree)};
+        for (int i = 0; i < n; ++i) {
+            const Phc& q = records[i].pos;
+            const double scale = std::pow(10.0, q.w - srtest::kParsecLog);
+            const Vec3 p{q.x * scale - eye.x, q.y * scale - eye.y, q.z * scale - eye.z};
+            if (dot(p, view) < 0.0) continue;
+            const double w = std::log10(std::sqrt(dot(p, p))) + srtest::kParsecLog;
+            expected[i] = list.apparentMagnitude(records[i].absMag, w);
+        }
+    };
+    auto check = [&](const char* when) {
+        int seen = 0;
+        for (int i = 0; i < n; ++i) {
+            if (std::isnan(expected[i])) continue;
+            ASSERT_NEAR(list.getStarArray()[i].appMag, expected[i], 1e-4) << when << " star " << i;
+            ++seen;
+        }
+        EXPECT_GT(seen, n / 2) << when;
+    };
+    PointSink sink;
+    // The view turns about for 100 frames and then looks one way: the stars behind were
+    // last seen by eyes that the list had to give up.
+    auto eyeOf = [](int k) { return Vec3{0.002 * k, 0.0, 0.001 * k}; };
+    auto turnOf = [](int k) { return k < 100 ? k * 37.0 : 0.0; };
+    auto draw = [&](int k) {
+        list.drawStarsInto(frameOf(eyeOf(k), turnOf(k), 40), kStarColorFile, sink);
+    };
+    // More frames between two reads than the eyes kept for them, each seeing another part of
+    // the sky, the stars off the viewport too.
+    for (int k = 0; k < 5000; ++k) {
+        draw(k);
+        see(eyeOf(k), turnOf(k));
+    }
+    check("after 5000 frames");
+    // Stars that move: a frame sees them where they are now, the records of the others keep
+    // what the frames before saw where they were.
+    for (int k = 5000; k < 5010; ++k) {
+        draw(k);
+        see(eyeOf(k), turnOf(k));
+    }
+    ASSERT_EQ(list.setStarAtYear(60000), 1);
+    draw(5010);
+    for (int i = 0; i < n; ++i)
+        records[i].pos = list.getStarArray()[i].pos;
+    see(eyeOf(5010), turnOf(5010));
+    check("after the stars moved");
 }
