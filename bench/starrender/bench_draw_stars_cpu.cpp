@@ -3,7 +3,7 @@
 // that only counts. Target: at most 50 ns per catalogue star at 10^5 and 10^6 stars
 // (reported as "per_star"). The last argument of each benchmark is 0 for an eye that stands
 // still (what drawing keeps between frames is used) and 1 for an eye that moves a hundredth
-// of a parsec every frame (every star measured anew).
+// of a parsec every frame (every star that can reach the viewport is measured anew).
 
 #include <benchmark/benchmark.h>
 

@@ -6,8 +6,8 @@
 // Frames cycle through eight views, each recorded once for the bare programs:
 //   /0  the eye stands still at the Sun while the view turns a quarter degree a frame (what
 //       the star drawing keeps from frame to frame is used);
-//   /1  the eye moves a hundredth of a parsec a frame (nothing is kept: every star is measured
-//       anew).
+//   /1  the eye moves a hundredth of a parsec a frame (nothing is kept: every star that can
+//       reach the viewport is measured anew).
 // The bare programs:
 //   immediate    glBegin/glEnd, one batch per point size;
 //   flushed      the same, handing the renderer every 4096 points (it rasterises on threads of
