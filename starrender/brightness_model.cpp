@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include <cmath>
+#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -155,15 +156,19 @@ StarSizeClassifier::StarSizeClassifier(float starScale, double radiansPerPixel, 
         table_[c] = below == above ? below : kMixedCell;
         below = above;
     }
-    // The curve may turn at its corners: the cells around one are classified in full.
+    // How far each cell is from the nearest corner of the curve, in cells (up to 3).
+    std::vector<int> fromCorner(kTableCells, 3);
     for (const float* column : {kMagnitudeA, kMagnitudeB}) {
         for (int j = 0; j < kMagnitudeTableRows; ++j) {
             const int c =
                 static_cast<int>(std::floor((column[j] - kTableLow) * kCellsPerMagnitude));
-            for (int n = c - 1; n <= c + 1; ++n) {
-                if (n >= 0 && n < kTableCells) table_[n] = kMixedCell;
-            }
+            for (int n = std::max(c - 2, 0); n <= std::min(c + 2, kTableCells - 1); ++n)
+                fromCorner[n] = std::min(fromCorner[n], std::abs(n - c));
         }
+    }
+    // The curve may turn at its corners: the cells around one are classified in full.
+    for (int c = 0; c < kTableCells; ++c) {
+        if (fromCorner[c] <= 1) table_[c] = kMixedCell;
     }
     const StarSizeClass brightEnd = classifyExact(kTableLow);
     brightBelowTable_ = starScale >= 0.0f && starScale <= 1.0f &&
@@ -179,18 +184,8 @@ StarSizeClassifier::StarSizeClassifier(float starScale, double radiansPerPixel, 
     }
     // Mixed cells whose neighbours hold no corner either lie within one segment of the curve:
     // their stars are sized on that segment straight away.
-    std::vector<bool> nearCorner(kTableCells, false);
-    for (const float* column : {kMagnitudeA, kMagnitudeB}) {
-        for (int j = 0; j < kMagnitudeTableRows; ++j) {
-            const int c =
-                static_cast<int>(std::floor((column[j] - kTableLow) * kCellsPerMagnitude));
-            for (int n = c - 2; n <= c + 2; ++n) {
-                if (n >= 0 && n < kTableCells) nearCorner[n] = true;
-            }
-        }
-    }
     for (int c = 0; c < kTableCells; ++c) {
-        if (!(table_[c] & kMixedCell) || nearCorner[c]) continue;
+        if (!(table_[c] & kMixedCell) || fromCorner[c] <= 2) continue;
         const int seg = blended_.segment(edge(c) + 0.5f / kCellsPerMagnitude);
         if (seg >= 0 && seg < 256 && blended_.segment(edge(c)) == seg &&
             blended_.segment(edge(c + 1)) == seg) {
