@@ -1,7 +1,6 @@
 #include "starrender/brightness_model.h"
 
 #include <algorithm>
-
 #include <cmath>
 #include <cstdlib>
 #include <vector>
