@@ -7,7 +7,6 @@
 #include <cstring>
 
 #include "catalogue/star_list.h"
-#include "starrender/depth_log.h"
 #include "starrender/brightness_model.h"
 #include "starrender/point_batcher.h"
 #include "starrender/star_draw_sink.h"
@@ -39,9 +38,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     const StarDrawLight* lights = drawLights;
     const PointViewportTest viewport(frame);
     const float* alphaOf = coverageAlphaTable();
-    // apparentMagnitude with the eye-relative w = currLogScale + depth, folded per frame.
-    const double magnitudeShift =
-        5.0 * ((frame.currLogScale - 16.4894) - 1.0) + (10.0 - param.vmagMin);
+    const double shift = magnitudeShift(frame.currLogScale, param.vmagMin);
     auto colourOf = [&](int i, int coverage, float rgba[4]) {
         const float* rgb = lights[i].rgb;
         rgba[0] = rgb[0];
@@ -51,7 +48,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     };
 
     // The stars seen in front of this frame's eye are marked with it.
-    const std::uint16_t seenEye = seenEyeFor(frame, magnitudeShift);
+    const std::uint16_t seenEye = seenEyeFor(frame, shift);
 
     if (pickMode) {
         // Picking sees the magnitudes from its own eye.
@@ -62,7 +59,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
             double vertex[3], depth;
             if (!placeStarPoint(frame, positions[i].pos, vertex, &depth)) continue;
             magnitudeEye[i] = seenEye;
-            const float m = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
+            const float m = magnitudeAtDepth(lights[i].absMag, depth, shift);
             if (!passesVMagSelection(m)) continue;
             const StarSizeClass cls = classifier.classify(m);
             const int b = cls.visible ? cls.bucket : 1;
@@ -108,10 +105,10 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         if (keep && seen.generation == generation) {
             *m = seen.appMag;
             *cls = seen.packedClass;
-            return needDepth ? 0.5 * fastLog10(len2) : 0.0;
+            return needDepth ? depthOf(len2) : 0.0;
         }
-        const double depth = 0.5 * fastLog10(len2);
-        *m = static_cast<float>(lights[i].absMag + 5.0 * depth + magnitudeShift);
+        const double depth = depthOf(len2);
+        *m = magnitudeAtDepth(lights[i].absMag, depth, shift);
         *cls = classifier.classifyPacked(*m);
         if (keep) seen = StarEyeMagnitude{*m, *cls, generation};
         return depth;

@@ -6,8 +6,8 @@
 #include <cstdio>
 
 #include "catalogue/star_list.h"
-#include "starrender/depth_log.h"
 #include "starrender/star_frame.h"
+#include "starrender/star_pass.h"
 
 void StarList::releaseDrawCaches() {
     if (drawPositions != nullptr) release(drawPositions);
@@ -136,7 +136,7 @@ float seenMagnitude(const StarDrawPosition& position, float absMag, const Vec3& 
     const double* c = position.pos;
     const double p[3] = {c[0] * k - eye.x, c[1] * k - eye.y, c[2] * k - eye.z};
     const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
-    return static_cast<float>(absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
+    return magnitudeAtDepth(absMag, depthOf(len2), shift);
 }
 
 }  // namespace

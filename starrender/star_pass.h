@@ -2,6 +2,20 @@
 // Pieces shared by the passes of star drawing (internal to starrender).
 
 #include "starrender/brightness_model.h"
+#include "starrender/depth_log.h"
+
+// A star's magnitude as every pass works it out, so that the passes, and the records brought
+// up to date later, agree exactly: apparentMagnitude at the eye-relative w = currLogScale +
+// depth, the depth being log10 of the star's distance from the eye in drawing units.
+inline double magnitudeShift(double currLogScale, float vmagMin) {
+    return 5.0 * ((currLogScale - 16.4894) - 1.0) + (10.0 - vmagMin);
+}
+inline double depthOf(double len2) {
+    return 0.5 * fastLog10(len2);
+}
+inline float magnitudeAtDepth(float absMag, double depth, double shift) {
+    return static_cast<float>(absMag + 5.0 * depth + shift);
+}
 
 // The size classifier of the frame's settings. Making one fills its tables, so the last one
 // is kept for as long as the settings stay.

@@ -10,7 +10,6 @@
 #include <cmath>
 
 #include "catalogue/star_list.h"
-#include "starrender/depth_log.h"
 #include "starrender/point_batcher.h"
 #include "starrender/star_draw_sink.h"
 #include "starrender/star_frame.h"
@@ -40,7 +39,7 @@ bool StarList::makeStillView(const StarFrame& frame, std::uint32_t generation) {
     }
     const StarSizeClassifier& classifier =
         classifierFor(param.starScale, frame.radiansPerPixel, param.texScale, largeLimit);
-    const double shift = 5.0 * ((frame.currLogScale - 16.4894) - 1.0) + (10.0 - param.vmagMin);
+    const double shift = magnitudeShift(frame.currLogScale, param.vmagMin);
     const double k = frame.cacheToDrawing;
     const bool vmagOn = param.vmagRangeOn != 0;
     const float vmagLow = static_cast<float>(param.vmagRangeMin);
@@ -60,7 +59,7 @@ bool StarList::makeStillView(const StarFrame& frame, std::uint32_t generation) {
             cls = seen.packedClass;
         } else {
             // As drawStarsInto measures a star; it is marked as seen when it comes in front.
-            m = static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
+            m = magnitudeAtDepth(drawLights[i].absMag, depthOf(len2), shift);
             cls = classifier.classifyPacked(m);
         }
         const bool inRange = !vmagOn || (vmagLow <= m && m <= vmagHigh);
@@ -85,7 +84,7 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, st
         classifierFor(param.starScale, frame.radiansPerPixel, param.texScale, largeLimit);
     const PointViewportTest viewport(frame);
     const float* alphaOf = coverageAlphaTable();
-    const double shift = 5.0 * ((frame.currLogScale - 16.4894) - 1.0) + (10.0 - param.vmagMin);
+    const double shift = magnitudeShift(frame.currLogScale, param.vmagMin);
     const double k = frame.cacheToDrawing;
     const Vec3 eye = frame.eyeDrawing, dir = frame.viewDir;
     // The viewing direction over stored directions.
@@ -130,8 +129,7 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, st
         double p[3];
         eyeRelative(i, p);
         const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
-        const float m =
-            static_cast<float>(drawLights[i].absMag + 5.0 * (0.5 * fastLog10(len2)) + shift);
+        const float m = magnitudeAtDepth(drawLights[i].absMag, depthOf(len2), shift);
         magnitudeEye[i] = seenEye;
         eyeMagnitudes[i] = StarEyeMagnitude{m, classifier.classifyPacked(m), generation};
         stillView[i].draw |= kStillWritten;
