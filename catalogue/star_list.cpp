@@ -79,7 +79,7 @@ int StarList::getNumStars() const {
 
 int StarList::getStar(StarObj* record, int index) const {
     if (record == nullptr || index < 0 || index >= count) return -1;
-    settleMagnitude(index);
+    settleRecord(index);
     *record = stars[index];
     return 1;
 }
@@ -88,7 +88,7 @@ int StarList::getStarByHD(StarObj* record, int hd) const {
     if (record == nullptr) return -1;
     for (int i = 0; i < count; ++i) {
         if (stars[i].hd == hd) {
-            settleMagnitude(i);
+            settleRecord(i);
             *record = stars[i];
             return 1;
         }

@@ -28,11 +28,14 @@
 class StarDrawSink;
 struct StarFrame;
 
-// What drawing reads of a star every frame, in two arrays: every star's position in plain
-// coordinates (units of 10^16 metres), read for all stars, and the absolute magnitude and
-// colour before alpha, read only for the stars in front of the eye.
-struct StarDrawPosition {
-    double pos[3];
+// What drawing reads of a star every frame: every star's position in plain coordinates
+// (units of 10^16 metres), read for all stars, one array per coordinate so that they are read
+// in order and several stars at a time; and the absolute magnitude and colour before alpha,
+// read only for the stars in front of the eye.
+struct StarDrawPositions {
+    double* x = nullptr;
+    double* y = nullptr;
+    double* z = nullptr;
 };
 struct StarDrawLight {
     float absMag;
@@ -123,9 +126,9 @@ class StarList {
     int getNumRecords() const { return count; }  // the Sun counted
     int includesSun() const { return includeSun; }
     // Read-only view of all records, nearest first (null when there are none), with the
-    // magnitudes of the last frames drawn in them.
+    // magnitudes and per-frame fields of the last frames drawn in them.
     const StarObj* getStarArray() const {
-        settleMagnitudes();
+        settleRecords();
         return stars;
     }
     int getStar(StarObj* record, int index) const;
@@ -362,8 +365,8 @@ class StarList {
 
     // Per-star values that drawing needs every frame but that change only with the stars'
     // positions or colour settings, made again when their epoch falls behind.
-    StarDrawPosition* drawPositions = nullptr;  // one per record
-    StarDrawLight* drawLights = nullptr;        // one per record
+    StarDrawPositions drawPositions;      // one per record
+    StarDrawLight* drawLights = nullptr;  // one per record
     // The frame's placed stars: one per record and one more, then a block's worth.
     StarDrawSlot* drawSlots = nullptr;
     // Each star's magnitude seen from the eye and its size class, worked out the first time
@@ -390,6 +393,28 @@ class StarList {
     // Writes every pending magnitude into its record; for one record, only its own.
     void settleMagnitudes() const;
     void settleMagnitude(int index) const;
+    // The per-frame fields of the last textured frame (draw bucket, draw coverage, eye
+    // position), brought into the records in the same way: every star of its range has draw
+    // bucket 0 but those it kept for its point pass, which are drawSlots[0, kept). A textured
+    // frame of the same range replaces a pending one; one of another range settles it first.
+    struct TexturedFrame {
+        bool pending = false;
+        std::int32_t first = 0, last = -1;
+        std::int32_t kept = 0;
+        double currLogScale = 0.0;
+    };
+    mutable TexturedFrame texturedFrame;
+    void settleTexturedFrame() const;
+    // All that frames left for the records to hold; for one record, its magnitude and the
+    // textured frame.
+    void settleRecords() const {
+        settleMagnitudes();
+        settleTexturedFrame();
+    }
+    void settleRecord(int index) const {
+        settleMagnitude(index);
+        settleTexturedFrame();
+    }
     std::uint32_t eyeGeneration = 0;
     std::uint32_t lastFrameGeneration = 0;  // the generation of the frame before
     static constexpr int kEyeKeySize = 12;

@@ -68,7 +68,7 @@ int StarList::pickStar(int x, int y, double currLogScale, StarObj* record, float
     }
     if (hits < 0) hits = records;
     if (hits > 0 && bestName >= 0 && bestName < count && record != nullptr) {
-        settleMagnitude(bestName);
+        settleRecord(bestName);
         *record = stars[bestName];
     }
     return hits;

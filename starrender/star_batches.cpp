@@ -11,12 +11,12 @@
 #include "starrender/point_batcher.h"
 #include "starrender/star_draw_sink.h"
 #include "starrender/star_frame.h"
+#include "starrender/star_front_pass.h"
 #include "starrender/star_pass.h"
 
 namespace {
 
 constexpr double kMinTexScale = 1e-7;
-constexpr int kRecordPrefetch = 24;  // stars ahead whose records are fetched
 
 }  // namespace
 
@@ -34,7 +34,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     getStarRange(&first, &last);
     const StarSizeClassifier& classifier =
         classifierFor(param.starScale, frame.radiansPerPixel, param.texScale, largeLimit);
-    const StarDrawPosition* positions = drawPositions;
+    const StarDrawPositions positions = drawPositions;
     const StarDrawLight* lights = drawLights;
     const PointViewportTest viewport(frame);
     const float* alphaOf = coverageAlphaTable();
@@ -56,8 +56,9 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         for (int i = last; i >= first; --i) {
             const StarObj& s = stars[i];
             if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
+            const double position[3] = {positions.x[i], positions.y[i], positions.z[i]};
             double vertex[3], depth;
-            if (!placeStarPoint(frame, positions[i].pos, vertex, &depth)) continue;
+            if (!placeStarPoint(frame, position, vertex, &depth)) continue;
             magnitudeEye[i] = seenEye;
             const float m = magnitudeAtDepth(lights[i].absMag, depth, shift);
             if (!passesVMagSelection(m)) continue;
@@ -82,18 +83,19 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
 
     // Measures the stars blockEnd down to blockStart with as few branches as can be (stars
     // come in no order of direction or brightness, so branches on them are mostly guessed
-    // wrong): first the stars in front of the eye (most views leave half the sky behind),
-    // marked as seen, then their magnitudes and classes, taken over from an earlier frame
-    // while the eye stands still. Keeps the visible ones, farthest first, in out, marking
-    // those whose point can touch the viewport; without placeAll only those are kept, and a
-    // star whose point could not touch the viewport at the largest size is not measured at
-    // all. A kept star's vertex is its eye-relative position, placed (depth-compressed, with
-    // its depth) only with placeAll or a projection that needs the drawn vertex to tell.
+    // wrong): the front pass finds the stars in front of the eye (most views leave half the
+    // sky behind) and marks them as seen, then their magnitudes and classes are worked out,
+    // or taken over from an earlier frame while the eye stands still. Keeps the visible ones,
+    // farthest first, in out, marking those whose point can touch the viewport; without
+    // placeAll only those are kept, and a star whose point could not touch the viewport at
+    // the largest size is not measured at all. A kept star's vertex is its eye-relative
+    // position, placed (depth-compressed, with its depth) only with placeAll or a projection
+    // that needs the drawn vertex to tell.
     const bool vmagOn = param.vmagRangeOn != 0;
     const float vmagLow = static_cast<float>(param.vmagRangeMin);
     const float vmagHigh = static_cast<float>(param.vmagRangeMax);
     const double k = frame.cacheToDrawing;
-    const Vec3 eye = frame.eyeDrawing, dir = frame.viewDir;
+    const Vec3 eye = frame.eyeDrawing;
     // The magnitude and class of star i seen from the eye at squared distance len2 (drawing
     // units), its magnitude written into its record. With keep, they are taken over from an
     // earlier frame of this eye or kept for the next ones.
@@ -113,53 +115,35 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         if (keep) seen = StarEyeMagnitude{*m, *cls, generation};
         return depth;
     };
-    // With placeAll (the textured pass) every star's draw bucket is also cleared here.
+    StarFrontPass front;
+    front.positions = positions;
+    front.k = k;
+    front.eye = eye;
+    front.dir = frame.viewDir;
+    front.seenBy = magnitudeEye;
+    front.mark = seenEye;
+    std::int32_t inFrontOf[kDrawSlotBlock];
+    auto selected = [this](int i) {
+        return passesSptypeSelection(stars[i]) && passesAbsMagSelection(stars[i]);
+    };
     auto measureBlock = [&](int blockStart, int blockEnd, StarDrawSlot* out, bool placeAll) {
-        const bool cull = !placeAll && scaleFree;
-        // Copies in locals, which the stores below cannot touch, so that they stay in
-        // registers.
-        const double kk = k;
-        const Vec3 e = eye, d = dir;
-        const PointViewportTest vp = viewport;
-        const StarDrawPosition* const pos = positions;
-        std::uint16_t* const seenBy = magnitudeEye;
-        const std::uint16_t mark = seenEye;
-        int inFront = 0;
-        for (int i = blockEnd; i >= blockStart; --i) {
-            if (placeAll) {
-                // Records are large and far apart: the ones written a little later are
-                // fetched now, for writing.
-                __builtin_prefetch(&stars[std::max(blockStart, i - kRecordPrefetch)].drawBucket, 1);
-                stars[i].drawBucket = 0;
-            }
-            if (selections &&
-                (!passesSptypeSelection(stars[i]) || !passesAbsMagSelection(stars[i]))) {
-                continue;
-            }
-            const double* c = pos[i].pos;
-            const double p[3] = {c[0] * kk - e.x, c[1] * kk - e.y, c[2] * kk - e.z};
-            StarDrawSlot& slot = out[inFront];
-            slot.vertex[0] = p[0];
-            slot.vertex[1] = p[1];
-            slot.vertex[2] = p[2];
-            slot.index = i;
-            const bool front = p[0] * d.x + p[1] * d.y + p[2] * d.z >= 0.0;
-            seenBy[i] = front ? mark : seenBy[i];
-            const bool mayShow = vp.mayShow(p, kNumPointBuckets - 1) | !cull;
-            inFront += static_cast<int>(front & mayShow);
-        }
+        front.viewport = !placeAll && scaleFree ? &viewport : nullptr;
+        const int inFront = selections
+                                ? frontPassEach(front, blockStart, blockEnd, inFrontOf, selected)
+                                : frontPass(front, blockStart, blockEnd, inFrontOf);
         const bool place = placeAll || !scaleFree;
         int kept = 0;
         for (int n = 0; n < inFront; ++n) {
-            const StarDrawSlot in = out[n];
-            const double len2 = in.vertex[0] * in.vertex[0] + in.vertex[1] * in.vertex[1] +
-                                in.vertex[2] * in.vertex[2];
+            const int i = inFrontOf[n];
+            StarDrawSlot& slot = out[kept];
+            eyeRelative(positions, i, k, eye, slot.vertex);
+            slot.index = i;
+            const double* v = slot.vertex;
+            const double len2 = v[0] * v[0] + v[1] * v[1] + v[2] * v[2];
             float m;
             std::uint32_t cls;
-            const double depth = measureStar(in.index, len2, eyeStill, place, &m, &cls);
+            const double depth = measureStar(i, len2, eyeStill, place, &m, &cls);
             const int bucket = static_cast<int>((cls >> 8) & 0xff);
-            StarDrawSlot& slot = out[kept];
-            slot = in;
             if (place) {
                 slot.depth = depth;
                 placeVertexAtDepth(slot.vertex, len2, depth);
@@ -199,9 +183,10 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         return;
     }
 
-    // Textured: large stars as sprites now, the others kept for the point pass that follows.
-    // (The draw bucket of a star behind the eye is left as it was; the point pass goes by
-    // its own list.)
+    // Textured: large stars as sprites now, the others kept for the point pass that follows,
+    // and for the records (see TexturedFrame).
+    if (texturedFrame.pending && (texturedFrame.first != first || texturedFrame.last != last))
+        settleTexturedFrame();
     const double halfLight = halfLightRadius > 0.0 ? halfLightRadius : 0.5;
     const float texMin =
         (param.textureSource == kStarTextureAiry || param.textureSource == kStarTextureFFT)
@@ -211,6 +196,8 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
     double halfAngleTan[kNumPointBuckets];
     for (int b = 0; b < kNumPointBuckets; ++b)
         halfAngleTan[b] = std::tan(b * 0.25 * frame.radiansPerPixel);
+    const double lightDiameter = 2.0 * halfLight;
+    const double up[3] = {frame.up.x, frame.up.y, frame.up.z};
     StarDrawSlot* kept = drawSlots;
     int numKept = 0;
     sink.beginSprites();
@@ -220,28 +207,23 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         for (int j = 0; j < n; ++j) {
             const StarDrawSlot& slot = block[j];
             const StarSizeClass cls = StarSizeClassifier::unpack(slot.packedClass & ~kSlotOnScreen);
-            StarObj& s = stars[slot.index];
-            const double* v = slot.vertex;
-            const double dist = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
-            const double inv = dist > 0.0 ? 1.0 / dist : 0.0;
-            const Vec3 d{v[0] * inv, v[1] * inv, v[2] * inv};
             if (cls.bucket < param.pxsizeTex) {
-                s.drawBucket = cls.bucket;
-                s.drawCoverage = cls.coverage;
-                s.eyePos = Phc{d.x, d.y, d.z, frame.currLogScale + slot.depth};
                 kept[numKept++] = slot;
                 continue;
             }
+            const double* v = slot.vertex;
+            const double dist = lengthOf(v);
+            const Vec3 d = unitOf(v, dist);
             StarSprite sp;
             colourOf(slot.index, cls.coverage, sp.rgba);
-            const double h = halfAngleTan[cls.bucket] * dist / halfLight / 2.0;
+            const double h = halfAngleTan[cls.bucket] * dist / lightDiameter;
             const double hw = h * frame.aspect;
-            const Vec3 u = frame.up;
-            const Vec3 x = cross(u, d);
+            const Vec3 x = cross(frame.up, d);
+            const double across[3] = {x.x, x.y, x.z};
             const double offsets[4][2] = {{-hw, -h}, {hw, -h}, {-hw, h}, {hw, h}};
             for (int c = 0; c < 4; ++c) {
                 for (int a = 0; a < 3; ++a)
-                    sp.corner[c][a] = v[a] + offsets[c][0] * x[a] + offsets[c][1] * u[a];
+                    sp.corner[c][a] = v[a] + offsets[c][0] * across[a] + offsets[c][1] * up[a];
             }
             sp.texMin = texMin;
             sp.starIndex = slot.index;
@@ -249,6 +231,7 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         }
     }
     sink.endSprites();
+    texturedFrame = TexturedFrame{true, first, last, numKept, frame.currLogScale};
 
     PointBatcher batcher(buckets, bucketCounts, bucketCapacity, sink);
     for (int j = 0; j < numKept; ++j)

@@ -10,7 +10,9 @@
 #include "starrender/star_pass.h"
 
 void StarList::releaseDrawCaches() {
-    if (drawPositions != nullptr) release(drawPositions);
+    for (double* coordinate : {drawPositions.x, drawPositions.y, drawPositions.z}) {
+        if (coordinate != nullptr) release(coordinate);
+    }
     if (drawLights != nullptr) release(drawLights);
     if (drawSlots != nullptr) release(drawSlots);
     if (eyeMagnitudes != nullptr) release(eyeMagnitudes);
@@ -19,13 +21,14 @@ void StarList::releaseDrawCaches() {
     // Called when the records are replaced: what frames saw of the old ones is dropped.
     magnitudeEye = nullptr;
     seenEyes.clear();
+    texturedFrame = TexturedFrame{};
     eyeMagnitudes = nullptr;
     stillView = nullptr;
     stillViewGeneration = 0;
     eyeGeneration = 0;
     lastFrameGeneration = 0;
     eyeKeyValid = false;
-    drawPositions = nullptr;
+    drawPositions = StarDrawPositions{};
     drawLights = nullptr;
     drawSlots = nullptr;
     drawCacheCount = 0;
@@ -36,17 +39,22 @@ void StarList::releaseDrawCaches() {
 
 bool StarList::refreshDrawCaches(int renderFlags) {
     if (count <= 0) return true;
-    if (drawCacheCount != count || drawPositions == nullptr || drawLights == nullptr ||
-        eyeMagnitudes == nullptr || drawSlots == nullptr || magnitudeEye == nullptr) {
+    const auto ready = [this] {
+        return drawPositions.x != nullptr && drawPositions.y != nullptr &&
+               drawPositions.z != nullptr && drawLights != nullptr && eyeMagnitudes != nullptr &&
+               drawSlots != nullptr && magnitudeEye != nullptr;
+    };
+    if (drawCacheCount != count || !ready()) {
         releaseDrawCaches();
-        drawPositions = allocateRecords<StarDrawPosition>(static_cast<std::size_t>(count));
-        drawLights = allocateRecords<StarDrawLight>(static_cast<std::size_t>(count));
-        eyeMagnitudes = allocateArray<StarEyeMagnitude>(static_cast<std::size_t>(count));
-        magnitudeEye = allocateArray<std::uint16_t>(static_cast<std::size_t>(count));
-        drawSlots =
-            allocateRecords<StarDrawSlot>(static_cast<std::size_t>(count) + 1 + kDrawSlotBlock);
-        if (drawPositions == nullptr || drawLights == nullptr || eyeMagnitudes == nullptr ||
-            drawSlots == nullptr || magnitudeEye == nullptr) {
+        const std::size_t n = static_cast<std::size_t>(count);
+        drawPositions.x = allocateRecords<double>(n);
+        drawPositions.y = allocateRecords<double>(n);
+        drawPositions.z = allocateRecords<double>(n);
+        drawLights = allocateRecords<StarDrawLight>(n);
+        eyeMagnitudes = allocateArray<StarEyeMagnitude>(n);
+        magnitudeEye = allocateArray<std::uint16_t>(n);
+        drawSlots = allocateRecords<StarDrawSlot>(n + 1 + kDrawSlotBlock);
+        if (!ready()) {
             releaseDrawCaches();
             std::fprintf(stderr, "Err : allocating memory for drawing the stars!\n\n");
             return false;
@@ -58,10 +66,9 @@ bool StarList::refreshDrawCaches(int renderFlags) {
         for (int i = 0; i < count; ++i) {
             const Phc& p = stars[i].pos;
             const double f = std::pow(10.0, p.w - kDrawCacheLog);
-            double* c = drawPositions[i].pos;
-            c[0] = p.x * f;
-            c[1] = p.y * f;
-            c[2] = p.z * f;
+            drawPositions.x[i] = p.x * f;
+            drawPositions.y[i] = p.y * f;
+            drawPositions.z[i] = p.z * f;
             drawLights[i].absMag = stars[i].absMag;
         }
         cartesianEpoch = positionEpoch;
@@ -131,10 +138,10 @@ std::uint16_t StarList::seenEyeFor(const StarFrame& frame, double magnitudeShift
 namespace {
 
 // The magnitude a frame worked out for a star, worked out again the same way.
-float seenMagnitude(const StarDrawPosition& position, float absMag, const Vec3& eye, double k,
-                    double shift) {
-    const double* c = position.pos;
-    const double p[3] = {c[0] * k - eye.x, c[1] * k - eye.y, c[2] * k - eye.z};
+float seenMagnitude(const StarDrawPositions& positions, int i, float absMag, const Vec3& eye,
+                    double k, double shift) {
+    double p[3];
+    eyeRelative(positions, i, k, eye, p);
     const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
     return magnitudeAtDepth(absMag, depthOf(len2), shift);
 }
@@ -146,7 +153,7 @@ void StarList::settleMagnitude(int index) const {
     const std::uint16_t mark = magnitudeEye[index];
     if (mark == 0) return;
     const SeenEye& e = seenEyes[mark - 1u];
-    stars[index].appMag = seenMagnitude(drawPositions[index], drawLights[index].absMag,
+    stars[index].appMag = seenMagnitude(drawPositions, index, drawLights[index].absMag,
                                         e.eyeDrawing, e.cacheToDrawing, e.magnitudeShift);
     magnitudeEye[index] = 0;
 }
@@ -156,4 +163,20 @@ void StarList::settleMagnitudes() const {
     for (int i = 0; i < drawCacheCount; ++i)
         settleMagnitude(i);
     seenEyes.clear();
+}
+
+void StarList::settleTexturedFrame() const {
+    if (!texturedFrame.pending) return;
+    for (int i = texturedFrame.first; i <= texturedFrame.last; ++i)
+        stars[i].drawBucket = 0;
+    for (int j = 0; j < texturedFrame.kept; ++j) {
+        const StarDrawSlot& slot = drawSlots[j];
+        const StarSizeClass cls = StarSizeClassifier::unpack(slot.packedClass & ~kSlotOnScreen);
+        StarObj& s = stars[slot.index];
+        s.drawBucket = cls.bucket;
+        s.drawCoverage = cls.coverage;
+        const Vec3 d = unitOf(slot.vertex, lengthOf(slot.vertex));
+        s.eyePos = Phc{d.x, d.y, d.z, texturedFrame.currLogScale + slot.depth};
+    }
+    texturedFrame.pending = false;
 }

@@ -56,6 +56,11 @@ class PointViewportTest {
     // With a scale-free projection, mayShow gives the same answer for the vertex scaled by
     // any positive factor, so the undrawn eye-relative position can be tested.
     bool scaleFree() const { return scaleFree_; }
+    // What mayShow goes by, for passes that test several points at a time.
+    double row(int r, int c) const { return rows_[r][c]; }
+    double widenX(int bucket) const { return widenX_[bucket]; }
+    double widenY(int bucket) const { return widenY_[bucket]; }
+    bool keepAll() const { return keepAll_; }
 
   private:
     static constexpr int kBuckets = 64;

@@ -34,13 +34,11 @@ double placeVertex(double p[3], double len2) {
     return depth;
 }
 
-void placeVertexAtDepth(double p[3], double len2, double depth) {
-    if (depth > kDepthCompressStart) {
-        const double r = std::pow(
-            10.0, (depth - kDepthCompressStart) / kDepthCompressFactor + kDepthCompressStart);
-        const double f = r / std::sqrt(len2);
-        p[0] *= f;
-        p[1] *= f;
-        p[2] *= f;
-    }
+void compressVertex(double p[3], double len2, double depth) {
+    const double r =
+        std::pow(10.0, (depth - kDepthCompressStart) / kDepthCompressFactor + kDepthCompressStart);
+    const double f = r / std::sqrt(len2);
+    p[0] *= f;
+    p[1] *= f;
+    p[2] *= f;
 }

@@ -45,9 +45,8 @@ bool StarList::makeStillView(const StarFrame& frame, std::uint32_t generation) {
     const float vmagLow = static_cast<float>(param.vmagRangeMin);
     const float vmagHigh = static_cast<float>(param.vmagRangeMax);
     for (int i = 0; i < count; ++i) {
-        const double* c = drawPositions[i].pos;
-        const double p[3] = {c[0] * k - frame.eyeDrawing.x, c[1] * k - frame.eyeDrawing.y,
-                             c[2] * k - frame.eyeDrawing.z};
+        double p[3];
+        eyeRelative(drawPositions, i, k, frame.eyeDrawing, p);
         const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
         StarStillView& v = stillView[i];
         const StarEyeMagnitude& seen = eyeMagnitudes[i];
@@ -112,22 +111,17 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, st
     fv.marginX = static_cast<float>(kMargin * (size[0] + size[2] * widest));
     fv.marginY = static_cast<float>(kMargin * (size[1] + size[2] * widest));
 
-    auto eyeRelative = [&](int i, double p[3]) {
-        const double* c = drawPositions[i].pos;
-        p[0] = c[0] * k - eye.x;
-        p[1] = c[1] * k - eye.y;
-        p[2] = c[2] * k - eye.z;
-    };
+    auto eyeRelativeOf = [&](int i, double p[3]) { eyeRelative(drawPositions, i, k, eye, p); };
     // The double test of drawStarsInto, for stars the floats cannot decide.
     auto inFrontExactly = [&](int i) {
         double p[3];
-        eyeRelative(i, p);
-        return p[0] * dir.x + p[1] * dir.y + p[2] * dir.z >= 0.0;
+        eyeRelativeOf(i, p);
+        return inFrontOf(p, dir);
     };
     // A star that comes in front for the first time with this eye is marked as seen by it.
     auto markSeen = [&](int i) {
         double p[3];
-        eyeRelative(i, p);
+        eyeRelativeOf(i, p);
         const double len2 = p[0] * p[0] + p[1] * p[1] + p[2] * p[2];
         const float m = magnitudeAtDepth(drawLights[i].absMag, depthOf(len2), shift);
         magnitudeEye[i] = seenEye;
@@ -182,12 +176,14 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, st
             int show = onScreen(v.dir, b);
             if (show < 0) {
                 double p[3];
-                eyeRelative(i, p);
+                eyeRelativeOf(i, p);
                 show = viewport.mayShow(p, b) ? 1 : 0;
             }
             // Fetched whether drawn or not (a branch would cost more than the fetch).
             const int fetch = show ? i : first;
-            __builtin_prefetch(&drawPositions[fetch]);
+            __builtin_prefetch(&drawPositions.x[fetch]);
+            __builtin_prefetch(&drawPositions.y[fetch]);
+            __builtin_prefetch(&drawPositions.z[fetch]);
             __builtin_prefetch(&drawLights[fetch]);
             marks[kept] = Mark{i, v.draw};
             kept += show;
@@ -196,7 +192,7 @@ void StarList::drawStillEye(const StarFrame& frame, std::uint32_t generation, st
             const Mark& mark = marks[j];
             const int b = mark.draw & kStillBucketMask;
             double p[3];
-            eyeRelative(mark.index, p);
+            eyeRelativeOf(mark.index, p);
             placePoint(p, p[0] * p[0] + p[1] * p[1] + p[2] * p[2]);
             const float* rgb = drawLights[mark.index].rgb;
             rgba[0] = rgb[0];

@@ -215,3 +215,65 @@ TEST(StarFrames, RecordsHoldTheMagnitudeOfTheLastEyeThatSawEachStar) {
     see(eyeOf(5010), turnOf(5010));
     check("after the stars moved");
 }
+
+TEST(StarFrames, TexturedFramesLeaveTheirDrawBucketsCoveragesAndEyePositionsInTheRecords) {
+    // Two lists see the same frames; one is read after every frame, the other only at the
+    // end, and their records must then agree field for field.
+    cattest::ScratchDir dir;
+    StarList readEachFrame, readAtEnd;
+    for (StarList* list : {&readEachFrame, &readAtEnd}) {
+        loadScatter(*list, dir, 400);
+        ASSERT_EQ(list->setPXsizeTex(6), 1);
+    }
+    const int n = readAtEnd.getNumRecords();
+    const double nearW = srtest::kParsecLog + 1.0, farW = srtest::kParsecLog + std::log10(30.0);
+    struct Frame {
+        Vec3 eye;
+        double turn;
+        int flags;
+        bool zRange;
+    };
+    // Textured frames replace each other's fields; a point frame leaves them be; the last
+    // frame's distance selection covers only some of the stars, the others keep what the
+    // frame before it left.
+    const Frame frames[] = {{{1, 0, 0}, 90, kStarColorFile | kStarTextured, false},
+                            {{0, 2, 1}, 0, kStarColorFile | kStarTextured, false},
+                            {{0, 0, 0}, 180, kStarColorFile, false},
+                            {{-1, 0, 3}, 200, kStarColorFile | kStarTextured, true}};
+    PointSink sink;
+    for (const Frame& f : frames) {
+        for (StarList* list : {&readEachFrame, &readAtEnd}) {
+            if (f.zRange) {
+                ASSERT_EQ(list->setZRangeOn(nearW, farW), 1);
+            }
+            list->drawStarsInto(frameOf(f.eye, f.turn, 40), f.flags, sink);
+        }
+        readEachFrame.getStarArray();
+    }
+    const StarObj* each = readEachFrame.getStarArray();
+    const StarObj* atEnd = readAtEnd.getStarArray();
+    int kept = 0, keptBefore = 0;
+    for (int i = 0; i < n; ++i) {
+        SCOPED_TRACE("star " + std::to_string(i));
+        const StarObj& s = atEnd[i];
+        EXPECT_EQ(s.drawBucket, each[i].drawBucket);
+        if (s.drawBucket == 0) continue;
+        EXPECT_EQ(s.drawCoverage, each[i].drawCoverage);
+        for (double Phc::*c : {&Phc::x, &Phc::y, &Phc::z, &Phc::w})
+            EXPECT_EQ(s.eyePos.*c, each[i].eyePos.*c);
+        EXPECT_LT(s.drawBucket, 6);
+        const bool inLastRange = s.pos.w >= nearW && s.pos.w <= farW;
+        (inLastRange ? kept : keptBefore) += 1;
+        // The eye position is the direction and distance from the eye of the frame that
+        // kept the star.
+        const Vec3 eye = inLastRange ? frames[3].eye : frames[1].eye;
+        const double scale = std::pow(10.0, s.pos.w - srtest::kParsecLog);
+        const Vec3 p{s.pos.x * scale - eye.x, s.pos.y * scale - eye.y, s.pos.z * scale - eye.z};
+        const double len = std::sqrt(dot(p, p));
+        EXPECT_NEAR(s.eyePos.w, std::log10(len) + srtest::kParsecLog, 1e-9);
+        EXPECT_NEAR(s.eyePos.x, p.x / len, 1e-9);
+        EXPECT_NEAR(s.eyePos.z, p.z / len, 1e-9);
+    }
+    EXPECT_GT(kept, 10);
+    EXPECT_GT(keptBefore, 10);
+}
