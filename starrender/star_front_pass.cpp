@@ -14,9 +14,7 @@
 
 namespace {
 
-bool everyStar(int) {
-    return true;
-}
+constexpr auto everyStar = [](int) { return true; };
 
 #if SKYRAMA_FRONT_PASS_AVX2
 
