@@ -34,8 +34,8 @@ inline float magnitudeAtDepth(float absMag, double depth, double shift) {
     return static_cast<float>(absMag + 5.0 * depth + shift);
 }
 
-// The direction of a vertex from the eye (zero for one at the eye), as sprites and the
-// records of textured frames take it.
+// A vertex's distance from the eye, and its direction (zero for one at the eye), as sprites
+// and the records of textured frames take them.
 inline double lengthOf(const double v[3]) {
     return std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
 }
