@@ -31,7 +31,8 @@ endfunction()
 
 # skyrama_test(<name> SOURCES <files>... [DEPS <targets>...] [DISPLAY])
 #   A GoogleTest executable registered with CTest. DISPLAY marks tests that open
-#   windows: they carry the label "display" and the test runner gives them an Xvfb.
+#   windows: they carry the label "display", the test runner gives them an Xvfb, and they
+#   run one at a time.
 function(skyrama_test name)
   cmake_parse_arguments(ARG "DISPLAY" "" "SOURCES;DEPS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -46,4 +47,9 @@ function(skyrama_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES LABELS "${labels}" TIMEOUT 600
     WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
+  if(ARG_DISPLAY)
+    # Windows on one X server share the keyboard focus: display tests run one at a time
+    # even under ctest -j, so that no test types into another's window.
+    set_tests_properties(${name} PROPERTIES RESOURCE_LOCK x_display)
+  endif()
 endfunction()
