@@ -56,9 +56,13 @@ void StarList::drawStarsInto(const StarFrame& frame, int renderFlags, StarDrawSi
         for (int i = last; i >= first; --i) {
             const StarObj& s = stars[i];
             if (!passesSptypeSelection(s) || !passesAbsMagSelection(s)) continue;
-            const double position[3] = {positions.x[i], positions.y[i], positions.z[i]};
-            double vertex[3], depth;
-            if (!placeStarPoint(frame, position, vertex, &depth)) continue;
+            double vertex[3];
+            eyeRelative(positions, i, frame.cacheToDrawing, frame.eyeDrawing, vertex);
+            if (!inFrontOf(vertex, frame.viewDir)) continue;
+            const double len2 =
+                vertex[0] * vertex[0] + vertex[1] * vertex[1] + vertex[2] * vertex[2];
+            const double depth = depthOf(len2);
+            placeVertexAtDepth(vertex, len2, depth);
             magnitudeEye[i] = seenEye;
             const float m = magnitudeAtDepth(lights[i].absMag, depth, shift);
             if (!passesVMagSelection(m)) continue;

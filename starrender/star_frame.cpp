@@ -3,8 +3,6 @@
 #include <cfloat>
 #include <cmath>
 
-#include "starrender/depth_log.h"
-
 namespace {
 
 constexpr double kMinRadiansPerPixel = 1e-7;
@@ -118,64 +116,6 @@ bool placeStar(const StarFrame& frame, const Phc& s, EyePlacement& out) {
         out.vertex[0] = px * toDrawing;
         out.vertex[1] = py * toDrawing;
         out.vertex[2] = pz * toDrawing;
-    }
-    return true;
-}
-
-bool placeStarCartesian(const StarFrame& frame, const double c[3], EyePlacement& out) {
-    const double k = frame.cacheToDrawing;
-    const double px = c[0] * k - frame.eyeDrawing.x;
-    const double py = c[1] * k - frame.eyeDrawing.y;
-    const double pz = c[2] * k - frame.eyeDrawing.z;
-    if (px * frame.viewDir.x + py * frame.viewDir.y + pz * frame.viewDir.z < 0.0) return false;
-    const double len = std::sqrt(px * px + py * py + pz * pz);
-    if (!(len > 0.0)) {
-        out.rel = Phc{px, py, pz, -DBL_MAX};
-        out.vertex[0] = out.vertex[1] = out.vertex[2] = 0.0;
-        return true;
-    }
-    const double depth = std::log10(len);  // log10 of the distance in drawing units
-    const double inv = 1.0 / len;
-    out.rel = Phc{px * inv, py * inv, pz * inv, frame.currLogScale + depth};
-    if (depth > kDepthCompressStart) {
-        const double r = std::pow(
-            10.0, (depth - kDepthCompressStart) / kDepthCompressFactor + kDepthCompressStart);
-        out.vertex[0] = out.rel.x * r;
-        out.vertex[1] = out.rel.y * r;
-        out.vertex[2] = out.rel.z * r;
-    } else {
-        out.vertex[0] = px;
-        out.vertex[1] = py;
-        out.vertex[2] = pz;
-    }
-    return true;
-}
-
-bool placeStarPoint(const StarFrame& frame, const double c[3], double vertex[3], double* depth) {
-    const double k = frame.cacheToDrawing;
-    const double px = c[0] * k - frame.eyeDrawing.x;
-    const double py = c[1] * k - frame.eyeDrawing.y;
-    const double pz = c[2] * k - frame.eyeDrawing.z;
-    if (px * frame.viewDir.x + py * frame.viewDir.y + pz * frame.viewDir.z < 0.0) return false;
-    const double len2 = px * px + py * py + pz * pz;
-    if (!(len2 > 0.0)) {
-        *depth = -DBL_MAX;
-        vertex[0] = vertex[1] = vertex[2] = 0.0;
-        return true;
-    }
-    const double d = 0.5 * fastLog10(len2);
-    *depth = d;
-    if (d > kDepthCompressStart) {
-        const double r =
-            std::pow(10.0, (d - kDepthCompressStart) / kDepthCompressFactor + kDepthCompressStart);
-        const double f = r / std::sqrt(len2);
-        vertex[0] = px * f;
-        vertex[1] = py * f;
-        vertex[2] = pz * f;
-    } else {
-        vertex[0] = px;
-        vertex[1] = py;
-        vertex[2] = pz;
     }
     return true;
 }

@@ -83,16 +83,6 @@ struct EyePlacement {
     double vertex[3];  // drawn position: the direction times 10^(depth-compressed w - scale)
 };
 
-// Places a star given by its plain coordinates (units of 10^kDrawCacheLog metres); the same
-// result as placeStar with the position's arithmetic done in ordinary doubles.
-bool placeStarCartesian(const StarFrame& frame, const double cartesian[3], EyePlacement& out);
-
-// placeStarCartesian for a star drawn as a point: only its drawn vertex and its depth,
-// log10 of its distance from the eye in drawing units (the eye-relative w minus
-// currLogScale; the lowest double for a star at the eye).
-bool placeStarPoint(const StarFrame& frame, const double cartesian[3], double vertex[3],
-                    double* depth);
-
 // Places a star whose current position is normalised. Returns false for a star behind the
 // eye (dot(p, viewing direction) < 0), which is not drawn.
 bool placeStar(const StarFrame& frame, const Phc& starPos, EyePlacement& out);
